@@ -1,0 +1,141 @@
+// CHelmsmanManage: the one process-wide manager. It holds what the host handed over at
+// InitHelmsman (parent window, facade, directories, the fifth value), the settings record,
+// the window-handle table and the list of registered windows, the fill notice's fills, and
+// the keyed map of shared entries the algo worker reads. It forwards host events to
+// registered windows and submits orders for every tool.
+//
+// Thread contract: everything runs on the UI thread except the keyed map, which is guarded by
+// a recursive mutex because the algo worker reads it. The manager never owns or destroys
+// tool windows; it owns the seams' defaults (system clock, silent prompter, null UI).
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "algo/algo_setting.h"
+#include "app/module_ui.h"
+#include "app/settings.h"
+#include "host/clock.h"
+#include "host/prompter.h"
+#include "host/subscibe_manage.h"
+#include "host/window.h"
+
+class CHelmsmanManage {
+public:
+    CHelmsmanManage();
+    ~CHelmsmanManage();
+    CHelmsmanManage(const CHelmsmanManage&) = delete;
+    CHelmsmanManage& operator=(const CHelmsmanManage&) = delete;
+
+    // The process-wide instance the exports use. Tests build their own managers.
+    static CHelmsmanManage& instance();
+
+    // InitHelmsman: stores the five values, forms the user directory, loads the settings.
+    void init(WndHandle parent, CSubscibeManage* facade, const std::string& rootDir,
+              const std::string& userName, std::uint32_t hostValue);
+    bool initialised() const { return m_facade != nullptr; }
+
+    const std::string& rootDir() const { return m_rootDir; }
+    const std::string& userName() const { return m_userName; }
+    const std::string& userDir() const { return m_userDir; }
+    // A file of the user directory, e.g. userFile("Profile.ini").
+    std::filesystem::path userFile(const std::string& name) const;
+    CSubscibeManage* facade() const { return m_facade; }
+    WndHandle parentWnd() const { return m_parentWnd; }
+    std::uint32_t hostValue() const { return m_hostValue; }
+
+    // Seams. Pointers are not owned; nullptr restores the default.
+    void setClock(IClock* clock);
+    IClock& clock() const { return *m_clock; }
+    void setPrompter(IPrompter* prompter);
+    IPrompter& prompter() const { return *m_prompter; }
+    void setUi(IModuleUi* ui);
+    IModuleUi& ui() const { return *m_ui; }
+
+    // ---- Window handles --------------------------------------------------------------
+    // Issues a fresh non-zero handle for the core object behind a window.
+    WndHandle createHandle(IWndTarget* target, int dialogId = 0);
+    // Forgets a handle (and unregisters it). Safe for unknown handles.
+    void releaseHandle(WndHandle h);
+    IWndTarget* target(WndHandle h) const;
+    // Live handles of one dialog template (0: all), in creation order.
+    std::vector<WndHandle> handlesOf(int dialogId) const;
+    // Synchronous delivery to the object behind a handle; 0 for an unknown handle.
+    std::intptr_t sendMessage(WndHandle h, std::uint32_t msg, std::uintptr_t wParam,
+                              std::uintptr_t lParam) const;
+
+    // Append a handle (duplicates allowed); remove the first equal one.
+    void registerWindow(WndHandle h);
+    void unregisterWindow(WndHandle h);
+    const std::vector<WndHandle>& registeredWindows() const { return m_registered; }
+
+    // ---- Host events -----------------------------------------------------------------
+    int dataChange(std::uint32_t code, std::uintptr_t data);
+    int logonStateChange(std::uint32_t code, std::uintptr_t data);
+    // Fills shown by the single fill notice so far, in arrival order.
+    const std::vector<tagBargainOrder>& noticeFills() const { return m_noticeFills; }
+
+    // ---- Submission ------------------------------------------------------------------
+    // One order: an empty remark becomes `caller`; with `confirm` the modal confirmation
+    // decides (returns 1 accepted, 0 cancelled); else sendOrder's result.
+    int submitOrder(tagBrokerOrder& order, bool confirm, const std::string& caller,
+                    const tagAlgoSetting* algo);
+    // A batch: empty remarks become `caller`; with `confirm` the modal batch confirmation
+    // (1 accepted, 0 cancelled); else sendBatch and 1.
+    int submitBatch(std::vector<tagBrokerOrder>& orders, bool confirm, const std::string& caller,
+                    const tagAlgoSetting* algo);
+    // Routing without confirmation: with a threshold block and algo trading on, volume at or
+    // above its minimum goes to the algo centre, the rest to SendOrder.
+    int sendOrder(tagBrokerOrder& order, const tagAlgoSetting* algo);
+    void sendBatch(std::vector<tagBrokerOrder>& orders, const tagAlgoSetting* algo);
+    // Whether an order goes to algorithmic execution under this threshold block.
+    bool routesToAlgo(const tagBrokerOrder& order, const tagAlgoSetting* algo) const;
+
+    // ---- Settings --------------------------------------------------------------------
+    const HelmsmanSettings& settings() const { return m_settings; }
+    std::filesystem::path profilePath() const { return userFile("Profile.ini"); }
+    void loadSettings();
+    // Writes the file, then replaces the in-memory record (bAutoKP/nMinAutoKPPos are kept
+    // from memory, never written).
+    void saveSettings(const HelmsmanSettings& s);
+
+    // ---- Keyed map of shared entries (read by the algo worker) ----------------------
+    static std::string mapKey(int n, const std::string& text);
+    std::recursive_mutex& mapMutex() { return m_mapMutex; }
+    std::map<std::string, std::shared_ptr<void>>& entries() { return m_entries; }
+
+private:
+    std::string m_rootDir;
+    std::string m_userName;
+    std::string m_userDir;
+    CSubscibeManage* m_facade = nullptr;
+    WndHandle m_parentWnd = 0;
+    std::uint32_t m_hostValue = 0;
+    std::vector<WndHandle> m_registered;
+
+    struct HandleEntry {
+        IWndTarget* target;
+        int dialogId;
+    };
+    std::map<WndHandle, HandleEntry> m_handles;
+    WndHandle m_nextHandle = 0x10000;
+
+    std::vector<tagBargainOrder> m_noticeFills;
+
+    std::recursive_mutex m_mapMutex;
+    std::map<std::string, std::shared_ptr<void>> m_entries;
+
+    HelmsmanSettings m_settings;
+
+    IClock* m_clock;
+    IPrompter* m_prompter;
+    IModuleUi* m_ui;
+    SilentPrompter m_silentPrompter;
+    NullModuleUi m_nullUi;
+};

@@ -1,0 +1,37 @@
+// Price helpers shared by every tool.
+//
+// One tick (one point) = minimum move (integer) x price unit (real). Rounding works in
+// ten-thousandths with integer arithmetic so that 3001.3 on a 0.2 grid lands exactly on
+// 3001.4 for a buy and 3001.2 for a sell: buys round up, sells round down.
+#pragma once
+
+#include <cstdint>
+
+#include "host/records.h"
+
+namespace price {
+
+// One point of price: nMinMove * fPriceUnit (0 when either is unknown).
+double pointValue(std::int32_t minMove, float priceUnit);
+inline double pointValue(const IModuleFutureTrader::ISpecDetailValue& spec) {
+    return pointValue(spec.nMinMove, spec.fPriceUnit);
+}
+
+// The step in ten-thousandths: integer part of (minMove * priceUnit * 10000 + 0.5).
+std::int64_t stepUnits(std::int32_t minMove, float priceUnit);
+
+// Round up to the step (buys). A step of 0 leaves the price as it is.
+double roundBuy(double p, std::int32_t minMove, float priceUnit);
+// Round down to the step (sells).
+double roundSell(double p, std::int32_t minMove, float priceUnit);
+// roundBuy for kDirBuy, roundSell otherwise.
+double roundForDirection(double p, std::int32_t direction, std::int32_t minMove,
+                         float priceUnit);
+
+// Clamp into [lower, upper] when both limits are present and lower < upper; else unchanged.
+double clampToLimits(double p, double lower, double upper);
+
+// Decimal places needed to show prices on this tick (0..4).
+int decimals(std::int32_t minMove, float priceUnit);
+
+}  // namespace price
