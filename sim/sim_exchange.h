@@ -1,0 +1,336 @@
+// SimExchange: a simulated futures exchange and broker that implements the host facade
+// (CSubscibeManage), so Helmsman trades for real without a broker.
+//
+// What it simulates
+// - A catalogue of real Chinese futures on four exchanges (0 上海期货交易所, 1 大连商品交易所,
+//   2 郑州商品交易所, 3 中国金融期货交易所 — the index-futures exchange, pre-open 09:10,
+//   open 09:15), with their real price unit, minimum move (1), multiplier, margin rate, a
+//   previous settlement and the day's limit band (pre-settle ± limit%, rounded inward to the
+//   tick). One expired contract (IF2012, 已到期) is listed with bTradable = false.
+// - Two demo accounts, 880001 "模拟账户一" and 880002 "模拟账户二" (broker 9999, "模拟期货公司"),
+//   both logged on at construction unless SimOptions says otherwise. 880002 carries two
+//   positions from yesterday, so close versus close-today can be seen.
+// - Quotes: a seeded random walk (std::mt19937_64) advanced one 500 ms round per step(),
+//   or replay of recorded ticks (loadTickFile) against the injected clock's time of day.
+//   Prices are always on the tick grid and inside the limit band. In the pre-open window of
+//   the contract's exchange (08:55–09:00, or 09:10–09:15 on exchange 3) the last price, bid
+//   and ask are 0 and only the fallbacks move: dPreOpenPrice1 = indicative open,
+//   dPreOpenPrice2 = previous close. Outside it dPreOpenPrice1 is the day's open.
+// - Matching (one level book, the touch):
+//     * A new limit buy at P fills at the ask when P >= ask, up to the ask volume still
+//       available this round; a sell likewise against the bid. The rest rests at P.
+//     * Each quote round resets the touch volumes to the new quote's. A resting order is
+//       looked at on later rounds only: a buy at P fills completely at P when the last price
+//       trades through it (last < P), else up to the available ask volume at P when
+//       ask <= P. Sells mirror this (last > P; bid >= P). Best price first, then time.
+//     * Resting orders are indexed per contract by price (integer ticks), so a quote round
+//       touches only the orders that can fill.
+// - Order status sequence: 11 发送中 -> 1 已报 -> 2 部分成交 -> 3 全部成交, every change an
+//   event code 2 carrying a snapshot of the order; each fill is an event code 2 (the new
+//   status and filled volume) followed by an event code 4 (the tagBargainOrder). Cancels:
+//   7 撤单中... then 4 已撤单, or 6 部成部撤 when partly filled. Rejects: 11 then 5 已废除
+//   with the reason in strStatusMsg (see SendOrder).
+// - Positions per account and contract, long and short with today's part and average
+//   prices. kClose closes yesterday's quantity first and then today's, except on exchange 0
+//   (上期所) where kClose closes only yesterday's; kCloseToday closes only today's. Quantity
+//   held by working close orders is frozen.
+// - Funds: balance = pre-balance + close profit + position profit - commission; margin on
+//   positions at the mark (last, else pre-settle); frozen = margin and commission of working
+//   open orders; available = balance - margin - frozen.
+// - Server trigger orders (tagTriggerOrder), evaluated on every quote round against the
+//   last price: 0 吊买 releases when last <= trigger, 1 吊卖 when last >= trigger, 2 追买
+//   when last >= trigger, 3 追卖 when last <= trigger. On release a plain order is sent at
+//   dPrice (0 = at market: the opposite best, else the limit on that side) with the
+//   trigger's remark, tStart is set to the firing time and the status becomes released.
+//   A waiting trigger whose tExpiry (> 0) lies before now expires.
+//
+// Events
+// - SimExchange never calls out inside a facade call. Every event is queued and delivered
+//   by deliverPending(), which the host calls on its UI thread (a ~20 ms timer) and tests
+//   call directly. deliverPending takes the due events out under the lock and calls the
+//   sinks without holding it, in queue order.
+// - Re-entrancy: a sink handler may call any facade operation (SendOrder, DeleteOrder...).
+//   Events caused by it are queued and delivered by the NEXT deliverPending call, never
+//   inside the handler and never in the current call. A deliverPending call made while a
+//   delivery is running (a nested event loop inside a handler, or another thread) returns 0
+//   at once and delivers nothing.
+// - The event sink (setEventSink, the add-in's side) receives:
+//     onDataChange(2, &tagBrokerOrder) for every order change of a logged-on account,
+//     onDataChange(4, &tagBargainOrder) for every fill,
+//     onDataChange(1000, &ITickEx) once per quote of a symbol with at least one
+//       QueryInterface(1000) subscription, followed by
+//     onWindowMessage(hWnd, 2070, 1000, &ITickEx) to each subscribed handle (in the order
+//       the handles first subscribed),
+//     onLogonStateChange(code, &tagAccoutInfo) for logon changes (kSimLogon* codes).
+//   The pointers are valid only during the call.
+// - The desk sink (setDeskSink, the shell's own monitors) receives every event regardless
+//   of subscriptions: onDataChange for every order change, fill and quote of every
+//   contract, onDataChange(kSimEventTriggerChanged, &tagTriggerOrder) for every trigger
+//   order change (the event sink never sees that code), onLogonStateChange for every logon
+//   change. It never receives onWindowMessage. For one event the event sink is called
+//   first, then the desk sink.
+// - When neither sink is set, nothing is queued.
+//
+// Fault injection (for tests): rejectNextOrders, dropNextNotifications,
+// duplicateNextNotifications and setNotificationDelay act on trade notifications only —
+// events code 2 and 4 — so quotes do not disturb the counts; forceLogoff logs every account
+// off with code kSimLogonForcedOff.
+//
+// Ownership and threads: the host owns the SimExchange and the clock (which must outlive
+// it). Every public method locks one internal recursive mutex, so the UI thread and the algo
+// worker may call concurrently. Sinks are called on the thread that calls deliverPending.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/clock.h"
+#include "host/subscibe_manage.h"
+#include "sim/tick_file.h"
+
+// Where SimExchange delivers events (see the header comment).
+class ISimEventSink {
+public:
+    virtual ~ISimEventSink() = default;
+    // -> HelmsmanDataChange
+    virtual void onDataChange(std::uint32_t code, std::uintptr_t data) = 0;
+    // -> HelmsmanLogonStateChange
+    virtual void onLogonStateChange(std::uint32_t code, std::uintptr_t data) = 0;
+    // An OS-style message to one window handle.
+    virtual void onWindowMessage(std::uint32_t hWnd, std::uint32_t msg, std::uintptr_t wParam,
+                                 std::uintptr_t lParam) = 0;
+};
+
+// Logon-state codes (onLogonStateChange; data -> tagAccoutInfo of the account).
+inline constexpr std::uint32_t kSimLogonOff = 0;        // logged off by request
+inline constexpr std::uint32_t kSimLogonOn = 1;         // logged on
+inline constexpr std::uint32_t kSimLogonForcedOff = 2;  // disconnected (forceLogoff)
+
+// Desk-only event: a server trigger order changed (data -> tagTriggerOrder).
+inline constexpr std::uint32_t kSimEventTriggerChanged = 3;
+
+// Status codes of a tagTriggerOrder in this host.
+enum : std::int32_t {
+    kSimTriggerWaiting = 0,   // 等待触发
+    kSimTriggerReleased = 1,  // 已触发: the plain order was sent
+    kSimTriggerDeleted = 2,   // 已删除
+    kSimTriggerExpired = 3,   // 已过期
+};
+// Display text of a trigger status ("等待触发", "已触发", "已删除", "已过期", else "未知").
+const char* simTriggerStatusText(std::int32_t status);
+
+// Reject reasons written into tagBrokerOrder::strStatusMsg.
+namespace simtext {
+inline constexpr const char* kNotLoggedOn = "未登录交易帐户";
+inline constexpr const char* kUnknownAccount = "交易帐户不存在";
+inline constexpr const char* kUnknownContract = "合约不存在";
+inline constexpr const char* kNotTradable = "合约不可交易";
+inline constexpr const char* kBadVolume = "委托数量错误";
+inline constexpr const char* kBadDirection = "买卖方向错误";
+inline constexpr const char* kBadOpenClose = "开平标志错误";
+inline constexpr const char* kPriceOutOfBand = "报单价格超出涨跌停板";
+inline constexpr const char* kPriceOffTick = "报单价格不是最小变动价位的整数倍";
+inline constexpr const char* kCloseExceeds = "平仓数量超出可平持仓";
+inline constexpr const char* kCloseTodayExceeds = "平今数量超出今仓";
+inline constexpr const char* kNoFunds = "可用资金不足";
+inline constexpr const char* kInjectedReject = "模拟拒单";
+}  // namespace simtext
+
+// One contract of the catalogue.
+struct SimContract {
+    tagSymbol symbol;
+    IModuleFutureTrader::ISpecDetailValue spec;  // price unit, min move, multiplier, ...
+    double preSettle = 0;
+    double preClose = 0;
+    double limitPct = 0;          // limit band: preSettle * (1 ± limitPct), inward to the tick
+    double commissionPerLot = 0;  // fixed commission per lot, or
+    double commissionRate = 0;    // a fraction of the traded value (whichever is non-zero)
+    double typicalTouchVolume = 20;  // scale of the random walk's bid/ask volumes
+};
+
+// One demo account.
+struct SimAccount {
+    tagAccoutInfo info;
+    std::string password;
+    double preBalance = 0;
+};
+
+struct SimOptions {
+    std::uint64_t seed = 20210104;
+    bool logonAtStart = true;   // both demo accounts logged on at construction
+    bool randomWalk = true;     // step() moves contracts that are not replaying
+    bool yesterdayPositions = true;  // 880002 starts with yesterday's positions
+};
+
+// Counters, for the desk's status bar and for tests.
+struct SimStats {
+    std::uint64_t quoteRounds = 0;
+    std::uint64_t ordersSent = 0;
+    std::uint64_t ordersRejected = 0;
+    std::uint64_t fills = 0;
+    std::uint64_t eventsQueued = 0;
+    std::uint64_t eventsDelivered = 0;
+    std::uint64_t eventsDropped = 0;
+    std::size_t pendingEvents = 0;
+    std::size_t restingOrders = 0;
+};
+
+class SimExchange final : public CSubscibeManage {
+public:
+    explicit SimExchange(IClock& clock, SimOptions options = {});
+    ~SimExchange() override;
+    SimExchange(const SimExchange&) = delete;
+    SimExchange& operator=(const SimExchange&) = delete;
+
+    // ---- CSubscibeManage ------------------------------------------------------------
+    // Results: 1 success, 0 failure (unknown symbol, order, account...).
+    //
+    // Queries of orders, positions, fills, trigger orders and summaries answer for logged-on
+    // accounts only. GetExchangeSymbols ignores `filter` except that a filter of 1 lists only
+    // tradable contracts. GetOpenOrders returns the working orders (status 1, 2, 7, 11).
+    //
+    // SendOrder books the order under a new identifier ("1", "2", ...) and matches it at
+    // once against the current touch; events follow through deliverPending. Written back:
+    // strOrderID, nStatus, strStatusMsg, tUpdateTime (dFilledVolume stays as it was sent
+    // with; the fills arrive as events). Returns 1 when accepted, with nStatus 1 (已报).
+    // Returns 0 when refused:
+    //   - not logged on, or an unknown account: nothing booked, no event, no identifier,
+    //     nStatus 5 and the reason in strStatusMsg;
+    //   - every other reject (unknown contract, untradable, volume <= 0 or not whole,
+    //     direction or open/close flag invalid, price off the tick or outside the band,
+    //     closing more than is held or than today's, no funds, injected reject): booked
+    //     with an identifier, nStatus 5, the reason in strStatusMsg, events 11 then 5.
+    // SendTriggerOrder returns 1 and writes strOrderID ("T1", ...), nStatus 0 and
+    // tCreateTime; 0 (nothing booked) when not logged on, the contract is unknown, the
+    // volume <= 0, the trigger price is absent or the type is not 0..3.
+    // ModifyTriggerOrder replaces price, trigger price, type, volume, expiry, stop-loss,
+    // take-profit and remark of a waiting trigger order; DeleteTriggerOrder marks a waiting
+    // one deleted. Both return 0 for an unknown or no longer waiting order.
+    int GetMarketQuote(const tagSymbol& symbol, IModuleFutureTrader::ITickEx& tick) override;
+    int GetSymbolProperty(const tagSymbol& symbol,
+                          IModuleFutureTrader::ISpecDetailValue& spec) override;
+    int GetAllPositions(std::vector<tagOpenedPosition>& positions) override;
+    int GetPosition(tagOpenedPosition& position, const std::string& accountKey1,
+                    const std::string& accountKey2, const tagSymbol& symbol) override;
+    int GetAllOrders(std::vector<tagBrokerOrder>& orders) override;
+    int GetOpenOrders(std::vector<tagBrokerOrder>& orders, const std::string& accountKey1,
+                      const std::string& accountKey2, const tagSymbol& symbol) override;
+    int GetOrder(tagBrokerOrder& order, const std::string& accountKey1,
+                 const std::string& accountKey2, const std::string& orderID) override;
+    int SendOrder(tagBrokerOrder& order) override;
+    int DeleteOrder(const std::string& accountKey1, const std::string& accountKey2,
+                    const std::string& orderID) override;
+    int GetAllTriggerOrders(std::vector<tagTriggerOrder>& orders) override;
+    int GetTriggerOrdersBySymbol(std::vector<tagTriggerOrder>& orders,
+                                 const tagSymbol& symbol) override;
+    int GetTriggerOrder(tagTriggerOrder& order, const std::string& accountKey1,
+                        const std::string& accountKey2, const std::string& orderID) override;
+    int SendTriggerOrder(tagTriggerOrder& order) override;
+    int ModifyTriggerOrder(const std::string& orderID, const tagTriggerOrder& order) override;
+    int DeleteTriggerOrder(const std::string& accountKey1, const std::string& accountKey2,
+                           const std::string& orderID) override;
+    int GetAllBargains(std::vector<tagBargainOrder>& bargains) override;
+    int GetAccountSummary(tagAccountSummary& summary, const std::string& accountKey1,
+                          const std::string& accountKey2) override;
+    int GetAvailableAccounts(std::vector<tagAccoutInfo>& accounts) override;
+    int GetAllExchanges(std::vector<tagExchangeInfo>& exchanges) override;
+    int GetExchangeSymbols(int exchangeID, std::vector<tagSymbol>& symbols, int filter) override;
+    int GetBrokerByID(tagBrokerInfo& broker, const std::string& brokerID) override;
+    // Backed by a table (see setConfigProperty); file, section and key compare
+    // case-insensitively. Defaults: ("system.ini","Trade","DefaultVolume")="1",
+    // ("system.ini","Trade","ConfirmOrder")="0", ("system.ini","Quote","RefreshMs")="500",
+    // ("system.ini","Host","Name")="SimExchange", ("system.ini","Host","Version")="1.0".
+    bool GetConfigFileProperty(const std::string& file, const std::string& section,
+                               const std::string& key, std::string& value) override;
+    // Request 1000: arg = window handle, flag 1 subscribe / 0 unsubscribe, data ->
+    // tagSubscribeBlock. Returns 1 for a known symbol (subscribing twice keeps one
+    // subscription; unsubscribing an absent one is harmless and returns 1), 0 for an unknown
+    // symbol, a null block or any other request.
+    int QueryInterface(std::uint32_t request, std::uint32_t arg, std::uint8_t flag,
+                       void* data) override;
+
+    // ---- Events -----------------------------------------------------------------------
+    void setEventSink(ISimEventSink* sink);  // the add-in's side; nullptr to detach
+    void setDeskSink(ISimEventSink* sink);   // the shell's monitors; nullptr to detach
+    // Delivers the due events in queue order; returns how many sink events were delivered
+    // (one per queued event that was due, duplicates counted). Call on the UI thread.
+    std::size_t deliverPending();
+    std::size_t pendingEventCount() const;
+
+    // ---- Market -----------------------------------------------------------------------
+    static constexpr std::int64_t kQuoteIntervalMs = 500;
+    // One quote round at the clock's current time: replayed contracts take every tick now
+    // due (matching against each), the others move one random-walk step (if enabled); then
+    // resting orders, trigger orders and marks are updated and quote events queued.
+    void step();
+    void advanceQuotes() { step(); }
+    // Imposes one quote (wExchangeID/strCode name the contract) as if the market produced
+    // it: a new round for that contract, matching, triggers and marks as in step().
+    // Absent limits are kept from the catalogue; a tQuoteTime of 0 takes the clock's time.
+    // Returns false for an unknown contract.
+    bool applyQuote(const IModuleFutureTrader::ITickEx& tick);
+    void setRandomWalk(bool on);
+
+    // Replays a recorded tick file for `symbol` (empty: the code from the file name, on the
+    // exchange that lists it). Ticks play by time of day against the clock; limits,
+    // pre-settle and pre-close come from the file when present. Returns false (report says
+    // why) when the file cannot be read, the contract is unknown or no tick parsed.
+    bool loadTickFile(const std::string& path, const tagSymbol& symbol = {},
+                      sim::TickParseReport* report = nullptr);
+    // Replays already parsed ticks (same rules).
+    bool loadTicks(const tagSymbol& symbol, std::vector<sim::TickRecord> ticks);
+    // How many ticks of a replay remain to play (0 when not replaying).
+    std::size_t replayRemaining(const tagSymbol& symbol) const;
+
+    // ---- Catalogue ----------------------------------------------------------------------
+    std::vector<SimContract> contracts() const;
+    std::vector<tagSymbol> allSymbols() const;
+    bool contract(const tagSymbol& symbol, SimContract& out) const;
+    // Adds or replaces a contract (resets its market).
+    void addContract(const SimContract& contract);
+    void setTradable(const tagSymbol& symbol, bool tradable);
+
+    // ---- Accounts -----------------------------------------------------------------------
+    std::vector<SimAccount> demoAccounts() const;  // logged on or not
+    // Logs one account on (password checked when non-empty is given and the account has
+    // one: the demo password is "888888"). Returns 1, or 0 for an unknown account / wrong
+    // password. Logging on an account already on does nothing and returns 1.
+    int logon(const std::string& accountID, const std::string& password = {});
+    int logoff(const std::string& accountID);
+    void logonAll();
+    void logoffAll();
+    bool isLoggedOn(const std::string& accountID) const;
+    // Seeds a position held since yesterday (not today's) at `price`.
+    void seedYesterdayPosition(const std::string& accountID, const tagSymbol& symbol,
+                               std::int32_t direction, double volume, double price);
+
+    // ---- Configuration table --------------------------------------------------------------
+    void setConfigProperty(const std::string& file, const std::string& section,
+                           const std::string& key, const std::string& value);
+
+    // ---- Subscriptions (for tests and the desk) -------------------------------------------
+    bool isSubscribed(std::uint32_t hWnd, const tagSymbol& symbol) const;
+    std::size_t subscriptionCount() const;
+
+    // ---- Fault injection ------------------------------------------------------------------
+    // The next n orders sent are rejected (status 5) with `reason`.
+    void rejectNextOrders(int n, const std::string& reason = simtext::kInjectedReject);
+    // Trade notifications (codes 2, 4) queued from now on are held back for `calls`
+    // deliverPending calls and/or `ms` of clock time (both 0: no delay).
+    void setNotificationDelay(int calls, std::int64_t ms = 0);
+    // The next n trade notifications are never delivered.
+    void dropNextNotifications(int n);
+    // The next n trade notifications are delivered twice in a row.
+    void duplicateNextNotifications(int n);
+    // Logs every account off (code kSimLogonForcedOff); working orders stay booked.
+    void forceLogoff();
+
+    SimStats stats() const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> m_impl;
+};
