@@ -22,6 +22,7 @@
 #endif
 
 class IClock;
+class QWidget;
 
 // Pre-fill block of OpenHelmsman: the ticket starts on this account and symbol, with these
 // prices (0 = leave the box as it is).
@@ -70,5 +71,9 @@ HELMSMAN_API int HelmsmanEnumWindows(int dialogId, std::uint32_t* handles, int c
 HELMSMAN_API void HelmsmanUseClock(IClock* clock);
 // 1 when the named export opens a working tool in this build (the host greys out the rest).
 HELMSMAN_API int HelmsmanToolAvailable(const char* exportName);
+// The options page for a host that loads the library by name and cannot construct the
+// exported class itself: create it under `parent`, and accept it (returns 1).
+HELMSMAN_API QWidget* HelmsmanCreateOptionPage(QWidget* parent);
+HELMSMAN_API int HelmsmanApplyOptionPage(QWidget* page);
 
 }  // extern "C"

@@ -1,0 +1,176 @@
+#include "app/helmsman_manage.h"
+
+#include <algorithm>
+#include <cstdio>
+
+CHelmsmanManage::CHelmsmanManage()
+    : m_clock(&SystemClock::instance()), m_prompter(&m_silentPrompter), m_ui(&m_nullUi) {}
+
+CHelmsmanManage::~CHelmsmanManage() {
+    std::lock_guard lock(m_mapMutex);
+    m_entries.clear();
+    m_registered.clear();
+}
+
+CHelmsmanManage& CHelmsmanManage::instance() {
+    static CHelmsmanManage manager;
+    return manager;
+}
+
+void CHelmsmanManage::init(WndHandle parent, CSubscibeManage* facade, const std::string& rootDir,
+                           const std::string& userName, std::uint32_t hostValue) {
+    m_parentWnd = parent;
+    m_facade = facade;
+    m_rootDir = rootDir;
+    m_userName = userName;
+    m_hostValue = hostValue;
+    // The host's "%s\\user\\%s", built so it works on either system.
+    m_userDir = (std::filesystem::path(rootDir) / "user" / userName).string();
+    loadSettings();
+}
+
+std::filesystem::path CHelmsmanManage::userFile(const std::string& name) const {
+    return std::filesystem::path(m_userDir) / name;
+}
+
+void CHelmsmanManage::setClock(IClock* clock) {
+    m_clock = clock ? clock : &SystemClock::instance();
+}
+
+void CHelmsmanManage::setPrompter(IPrompter* prompter) {
+    m_prompter = prompter ? prompter : &m_silentPrompter;
+}
+
+void CHelmsmanManage::setUi(IModuleUi* ui) { m_ui = ui ? ui : &m_nullUi; }
+
+// ---- Window handles ----------------------------------------------------------------------
+
+WndHandle CHelmsmanManage::createHandle(IWndTarget* target, int dialogId) {
+    WndHandle h = ++m_nextHandle;
+    if (h == 0) h = ++m_nextHandle;  // never hand out 0
+    m_handles[h] = HandleEntry{target, dialogId};
+    return h;
+}
+
+void CHelmsmanManage::releaseHandle(WndHandle h) {
+    m_handles.erase(h);
+    // A window that goes away must not be sent to any more.
+    m_registered.erase(std::remove(m_registered.begin(), m_registered.end(), h),
+                       m_registered.end());
+}
+
+IWndTarget* CHelmsmanManage::target(WndHandle h) const {
+    auto it = m_handles.find(h);
+    return it == m_handles.end() ? nullptr : it->second.target;
+}
+
+std::vector<WndHandle> CHelmsmanManage::handlesOf(int dialogId) const {
+    std::vector<WndHandle> out;
+    for (const auto& [h, e] : m_handles)
+        if (dialogId == 0 || e.dialogId == dialogId) out.push_back(h);
+    return out;
+}
+
+std::intptr_t CHelmsmanManage::sendMessage(WndHandle h, std::uint32_t msg, std::uintptr_t wParam,
+                                           std::uintptr_t lParam) const {
+    IWndTarget* t = target(h);
+    return t ? t->onMessage(msg, wParam, lParam) : 0;
+}
+
+void CHelmsmanManage::registerWindow(WndHandle h) { m_registered.push_back(h); }
+
+void CHelmsmanManage::unregisterWindow(WndHandle h) {
+    auto it = std::find(m_registered.begin(), m_registered.end(), h);
+    if (it != m_registered.end()) m_registered.erase(it);
+}
+
+// ---- Host events -------------------------------------------------------------------------
+
+int CHelmsmanManage::dataChange(std::uint32_t code, std::uintptr_t data) {
+    if (eventKind(code) == kEventNewFill) {
+        // Fills go only to the single fill notice, and only when the user wants it.
+        if (data != 0 && m_settings.bShowFilledOrder) {
+            m_noticeFills.push_back(*reinterpret_cast<const tagBargainOrder*>(data));
+            m_ui->showFillNotice(m_noticeFills);
+        }
+        return 0;
+    }
+    // A handler may register or unregister windows (a robot closing itself), so iterate over
+    // a snapshot; a window released meanwhile is skipped by sendMessage.
+    const std::vector<WndHandle> targets = m_registered;
+    for (WndHandle h : targets) sendMessage(h, kMsgDataChange, code, data);
+    return 0;
+}
+
+int CHelmsmanManage::logonStateChange(std::uint32_t code, std::uintptr_t data) {
+    const std::vector<WndHandle> targets = m_registered;
+    for (WndHandle h : targets) sendMessage(h, kMsgLogonState, code, data);
+    return 0;
+}
+
+// ---- Submission --------------------------------------------------------------------------
+
+bool CHelmsmanManage::routesToAlgo(const tagBrokerOrder& order,
+                                   const tagAlgoSetting* algo) const {
+    return algo != nullptr && order.dVolume >= algo->minVolume();
+}
+
+int CHelmsmanManage::sendOrder(tagBrokerOrder& order, const tagAlgoSetting* algo) {
+    if (routesToAlgo(order, algo)) return m_ui->handToAlgoCentre({order}, *algo) ? 1 : 0;
+    return m_facade ? m_facade->SendOrder(order) : 0;
+}
+
+void CHelmsmanManage::sendBatch(std::vector<tagBrokerOrder>& orders, const tagAlgoSetting* algo) {
+    std::vector<tagBrokerOrder> toAlgo;
+    for (auto& order : orders) {
+        if (routesToAlgo(order, algo))
+            toAlgo.push_back(order);
+        else if (m_facade)
+            m_facade->SendOrder(order);
+    }
+    if (!toAlgo.empty()) m_ui->handToAlgoCentre(toAlgo, *algo);
+}
+
+int CHelmsmanManage::submitOrder(tagBrokerOrder& order, bool confirm, const std::string& caller,
+                                 const tagAlgoSetting* algo) {
+    if (order.strRemark.empty()) order.strRemark = caller;
+    if (confirm) {
+        if (!m_ui->confirmOrder(order, caller, algo)) return 0;
+        sendOrder(order, algo);
+        return 1;
+    }
+    return sendOrder(order, algo);
+}
+
+int CHelmsmanManage::submitBatch(std::vector<tagBrokerOrder>& orders, bool confirm,
+                                 const std::string& caller, const tagAlgoSetting* algo) {
+    for (auto& order : orders)
+        if (order.strRemark.empty()) order.strRemark = caller;
+    if (confirm) {
+        if (!m_ui->confirmBatch(orders, caller, algo)) return 0;
+        sendBatch(orders, algo);
+        return 1;
+    }
+    sendBatch(orders, algo);
+    return 1;
+}
+
+// ---- Settings ----------------------------------------------------------------------------
+
+void CHelmsmanManage::loadSettings() { m_settings = ::loadSettings(profilePath()); }
+
+void CHelmsmanManage::saveSettings(const HelmsmanSettings& s) {
+    ::saveSettings(profilePath(), s);
+    const std::int32_t autoKP = m_settings.bAutoKP;
+    const std::int32_t minAutoKPPos = m_settings.nMinAutoKPPos;
+    m_settings = s;
+    // Never written, so the in-memory values stay what was read.
+    m_settings.bAutoKP = autoKP;
+    m_settings.nMinAutoKPPos = minAutoKPPos;
+}
+
+std::string CHelmsmanManage::mapKey(int n, const std::string& text) {
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%d|", n);
+    return buf + text;
+}
