@@ -95,17 +95,25 @@ int CHelmsmanManage::dataChange(std::uint32_t code, std::uintptr_t data) {
         }
         return 0;
     }
-    // A handler may register or unregister windows (a robot closing itself), so iterate over
-    // a snapshot; a window released meanwhile is skipped by sendMessage.
-    const std::vector<WndHandle> targets = m_registered;
-    for (WndHandle h : targets) sendMessage(h, kMsgDataChange, code, data);
+    broadcast(kMsgDataChange, code, data);
     return 0;
 }
 
 int CHelmsmanManage::logonStateChange(std::uint32_t code, std::uintptr_t data) {
-    const std::vector<WndHandle> targets = m_registered;
-    for (WndHandle h : targets) sendMessage(h, kMsgLogonState, code, data);
+    broadcast(kMsgLogonState, code, data);
     return 0;
+}
+
+void CHelmsmanManage::broadcast(std::uint32_t msg, std::uintptr_t wParam, std::uintptr_t lParam) {
+    // A handler may register or unregister windows (a robot closing itself), so iterate over
+    // a snapshot; a window released meanwhile is skipped by sendMessage. The outermost
+    // delivery reuses one buffer so a quote costs no allocation.
+    std::vector<WndHandle> nested;
+    std::vector<WndHandle>& targets = m_broadcastDepth == 0 ? m_broadcastScratch : nested;
+    targets.assign(m_registered.begin(), m_registered.end());
+    ++m_broadcastDepth;
+    for (WndHandle h : targets) sendMessage(h, msg, wParam, lParam);
+    --m_broadcastDepth;
 }
 
 // ---- Submission --------------------------------------------------------------------------

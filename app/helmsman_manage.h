@@ -111,6 +111,8 @@ public:
     std::map<std::string, std::shared_ptr<void>>& entries() { return m_entries; }
 
 private:
+    void broadcast(std::uint32_t msg, std::uintptr_t wParam, std::uintptr_t lParam);
+
     std::string m_rootDir;
     std::string m_userName;
     std::string m_userDir;
@@ -118,6 +120,8 @@ private:
     WndHandle m_parentWnd = 0;
     std::uint32_t m_hostValue = 0;
     std::vector<WndHandle> m_registered;
+    std::vector<WndHandle> m_broadcastScratch;
+    int m_broadcastDepth = 0;
 
     struct HandleEntry {
         IWndTarget* target;

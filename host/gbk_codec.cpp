@@ -55,9 +55,9 @@ std::string convert(std::string_view in, const char* to, const char* from,
         out.append(replacement);
         size_t skip = 1;
         if (skipWholeUtf8Char) {
-            unsigned char c = static_cast<unsigned char>(*src);
-            skip = c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC0 ? 2 : 1;
-            if (skip > srcLeft) skip = srcLeft;
+            // One mark per bad character: drop its continuation bytes (10xxxxxx) with it.
+            while (skip < srcLeft && (static_cast<unsigned char>(src[skip]) & 0xC0) == 0x80)
+                ++skip;
         }
         src += skip;
         srcLeft -= skip;
