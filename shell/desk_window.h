@@ -1,0 +1,152 @@
+// DeskWindow: the host platform's main window, a paper-trading desk on the simulated
+// exchange. It shows the live quote board, the accounts with logon and logoff, and monitors
+// of working orders, all orders, fills, positions and server trigger orders; its menus and
+// toolbar open every tool the Helmsman add-in exports, and it pumps the exchange's events
+// into the add-in.
+//
+// The pump: a 20 ms timer delivers the exchange's queued events (to the add-in's exports
+// and to this window's own monitors), a 500 ms timer runs one quote round. Monitors are
+// refreshed from the exchange at most every 200 ms, and only when an event touched them.
+//
+// Owns its widgets and the two sinks; the exchange and the add-in library are owned by
+// main() and outlive it. UI thread only.
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QSettings>
+#include <QTimer>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "algo/algo_setting.h"
+#include "shell/addin_library.h"
+#include "shell/busy_meter.h"
+#include "shell/monitor_rows.h"
+#include "sim/sim_exchange.h"
+
+class QAction;
+class QLabel;
+class QSplitter;
+class QTabWidget;
+class QTableView;
+class QuoteBoardModel;
+class RecordTableModel;
+
+class DeskWindow : public QMainWindow {
+public:
+    DeskWindow(SimExchange& exchange, AddinLibrary& addin, QString settingsFile,
+               QString feedText, QWidget* parent = nullptr);
+    ~DeskWindow() override;
+
+    // Hands the exchange's events to the add-in and starts the pump. Call once, after
+    // InitHelmsman.
+    void startPump();
+
+    // Calls one tool export by name, collecting what it needs from the desk's selection (or
+    // the first suitable row). Returns false with a reason for an unknown or unavailable
+    // export or when nothing suitable is there to hand it.
+    bool openTool(const QString& exportName, QString* reason = nullptr);
+
+    // One quote round and one delivery at once (start-up, tests).
+    void pumpOnce();
+
+    BusyMeter& busyMeter() { return m_busy; }
+    QuoteBoardModel& quoteBoard() { return *m_quotes; }
+
+    // The symbol picked on the quote board (empty when none).
+    tagSymbol currentSymbol() const;
+    // Picks a row of the quote board, as a click would (links open tickets).
+    void selectSymbol(const tagSymbol& symbol);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    class AddinSink;
+    class DeskSink;
+
+    void buildUi();
+    void buildMenus();
+    QTableView* makeTable(QAbstractItemModel* model, const QString& name);
+    void loadBoard();
+    void restoreLayout();
+    void saveLayout();
+
+    void onDeliverTimer();
+    void onQuoteTimer();
+    void refreshMonitors(bool force);
+    void refreshAccounts();
+    void refreshOrders();
+    void refreshFills();
+    void refreshPositions();
+    void refreshTriggers();
+    void updateStatus();
+
+    void onQuotePicked();
+    void linkSymbolToTickets(const tagSymbol& symbol);
+    void logonSelected(bool on);
+    void logonAll(bool on);
+    void cancelSelectedOrders();
+    void cancelAllWorking();
+    void deleteSelectedTriggers();
+    void showOptions();
+
+    int decimalsOf(std::int32_t exchangeID, const std::string& code) const;
+    std::vector<tagAccoutInfo> loggedOnAccounts() const;
+    bool selectedPosition(tagOpenedPosition& out) const;
+    bool buildTouchOrder(const tagAccoutInfo& account, tagBrokerOrder& out,
+                         QString* reason) const;
+    void inform(const QString& text);
+
+    SimExchange& m_exchange;
+    AddinLibrary& m_addin;
+    QSettings m_settings;
+    QString m_feedText;
+
+    std::unique_ptr<AddinSink> m_addinSink;
+    std::unique_ptr<DeskSink> m_deskSink;
+
+    QuoteBoardModel* m_quotes = nullptr;
+    RecordTableModel* m_accounts = nullptr;
+    RecordTableModel* m_working = nullptr;
+    RecordTableModel* m_allOrders = nullptr;
+    RecordTableModel* m_fills = nullptr;
+    RecordTableModel* m_positions = nullptr;
+    RecordTableModel* m_triggers = nullptr;
+
+    QTableView* m_quoteView = nullptr;
+    QTableView* m_accountView = nullptr;
+    QTableView* m_workingView = nullptr;
+    QTableView* m_allOrdersView = nullptr;
+    QTableView* m_fillView = nullptr;
+    QTableView* m_positionView = nullptr;
+    QTableView* m_triggerView = nullptr;
+    QTabWidget* m_tabs = nullptr;
+    QSplitter* m_splitter = nullptr;
+    std::vector<QTableView*> m_tables;
+
+    QLabel* m_clockLabel = nullptr;
+    QLabel* m_feedLabel = nullptr;
+    QLabel* m_accountLabel = nullptr;
+    QLabel* m_addinLabel = nullptr;
+
+    QTimer m_deliverTimer;
+    QTimer m_quoteTimer;
+    BusyMeter m_busy;
+
+    // Which monitors an event touched since their last refresh.
+    bool m_dirtyOrders = true;
+    bool m_dirtyFills = true;
+    bool m_dirtyPositions = true;
+    bool m_dirtyAccounts = true;
+    bool m_dirtyTriggers = true;
+    qint64 m_lastRefreshMs = 0;
+    QElapsedTimer m_sinceStart;
+
+    std::map<std::string, int> m_decimals;  // "exchange|code" -> price decimals
+    tagAlgoSetting m_algoBlock;              // what the algo settings tool edits
+    tagSymbol m_linkedSymbol;                // last symbol sent to the tickets
+};

@@ -1,0 +1,207 @@
+// helmsman: the desktop shell. It plays the host platform: starts the simulated exchange,
+// loads the Helmsman add-in by name at run time, initialises it with the desk window, the
+// exchange, a root directory and a user name, and pumps the exchange's events into it.
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QFontDatabase>
+#include <QMessageBox>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTimer>
+#include <cstdio>
+
+#include "host/clock.h"
+#include "shell/addin_library.h"
+#include "shell/desk_style.h"
+#include "shell/desk_window.h"
+#include "shell/shell_options.h"
+#include "shell/shell_texts.h"
+#include "sim/sim_exchange.h"
+
+namespace {
+
+namespace t = shell_text;
+
+void printErr(const QString& text) {
+    std::fprintf(stderr, "helmsman: %s\n", text.toLocal8Bit().constData());
+    std::fflush(stderr);
+}
+
+// Shows an error box; under --quit-after the box closes itself so unattended runs end.
+void errorBox(const QString& title, const QString& text, int quitAfterMs) {
+    QMessageBox box(QMessageBox::Critical, title, text, QMessageBox::Ok);
+    if (quitAfterMs >= 0) QTimer::singleShot(quitAfterMs, &box, &QMessageBox::accept);
+    box.exec();
+}
+
+// Writes one PNG per visible top-level window; returns how many were written.
+int writeScreenshots(const QString& dir) {
+    QDir().mkpath(dir);
+    int n = 0;
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (!w->isVisible()) continue;
+        const Qt::WindowType type = w->windowType();
+        if (type != Qt::Window && type != Qt::Dialog) continue;
+        QString name = w->objectName().isEmpty() ? QString(w->metaObject()->className())
+                                                 : w->objectName();
+        name.replace(QRegularExpression("[^A-Za-z0-9_-]"), "_");
+        const QString file = QDir(dir).filePath(QString("%1_%2.png").arg(++n, 2, 10,
+                                                                            QChar('0')).arg(name));
+        if (!w->grab().save(file)) {
+            printErr(QString("could not write %1").arg(file));
+            --n;
+        }
+    }
+    return n;
+}
+
+// More months of the catalogue's products, so the desk can be measured with a full board.
+void padCatalogue(SimExchange& exchange, std::size_t wanted) {
+    const std::vector<SimContract> base = exchange.contracts();
+    std::size_t have = base.size();
+    for (int round = 1; have < wanted && round < 4; ++round) {
+        for (const SimContract& c : base) {
+            if (have >= wanted) break;
+            if (!c.spec.bTradable) continue;
+            SimContract next = c;
+            // Same product, a later delivery month: the last two digits move on.
+            std::string code = c.symbol.strCode;
+            const std::size_t len = code.size();
+            if (len < 2) continue;
+            const int month = std::stoi(code.substr(len - 2));
+            const int later = (month + 3 * round - 1) % 12 + 1;
+            code.replace(len - 2, 2, (later < 10 ? "0" : "") + std::to_string(later));
+            next.symbol.strCode = code;
+            next.spec.strName = c.spec.strName.substr(0, c.spec.strName.size() - 2) +
+                                code.substr(len - 2);
+            SimContract existing;
+            if (exchange.contract(next.symbol, existing)) continue;
+            exchange.addContract(next);
+            ++have;
+        }
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    QApplication::setApplicationName("Helmsman");
+    QApplication::setOrganizationName("Helmsman");
+
+    ShellOptions opts;
+    QString error;
+    if (!parseShellOptions(QApplication::arguments().mid(1), opts, error)) {
+        printErr(error);
+        std::fputs(shellUsage().toLocal8Bit().constData(), stderr);
+        return 2;
+    }
+    if (opts.help) {
+        std::fputs(shellUsage().toLocal8Bit().constData(), stdout);
+        return 0;
+    }
+
+    applyDeskStyle(app);
+
+    // The clock of the whole process, add-in included.
+    SystemClock& clock = SystemClock::instance();
+    if (opts.marketTime) clock.setOffsetMs(marketTimeOffsetMs(*opts.marketTime, clock.nowMs()));
+
+    const QString rootDir = opts.rootDir.isEmpty()
+                                ? QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)
+                                : QDir(opts.rootDir).absolutePath();
+    if (!QDir().mkpath(rootDir)) {
+        printErr(QString("cannot create the root directory %1").arg(rootDir));
+        return 1;
+    }
+
+    SimOptions simOptions;
+    SimExchange exchange(clock, simOptions);
+    if (opts.measureBusyMs > 0) padCatalogue(exchange, 20);
+
+    // Recorded ticks replace the random walk; a file that cannot be used is reported and
+    // left out, the others still play.
+    QStringList replayed;
+    for (const QString& file : opts.tickFiles) {
+        sim::TickParseReport report;
+        if (!exchange.loadTickFile(file.toStdString(), {}, &report)) {
+            const QString why = report.opened ? QString("no usable tick (%1 lines skipped)")
+                                                    .arg(report.skipped)
+                                              : QString::fromStdString(report.error);
+            printErr(QString("cannot replay %1: %2").arg(file, why));
+            continue;
+        }
+        if (report.skipped > 0) {
+            printErr(QString("%1: %2 malformed lines skipped").arg(file).arg(report.skipped));
+        }
+        replayed << QString::fromStdString(sim::symbolCodeFromTickPath(file.toStdString()));
+    }
+    if (!opts.tickFiles.isEmpty()) exchange.setRandomWalk(false);
+    if (!opts.tickFiles.isEmpty() && replayed.isEmpty()) {
+        printErr("no tick file could be replayed; the quotes stay still");
+    }
+
+    AddinLibrary addin;
+    if (!addin.load(QCoreApplication::applicationDirPath(), opts.libraryPath)) {
+        const QString text = QString(t::kLoadFailed).arg(addin.errorString());
+        printErr(text);
+        errorBox(t::kLoadFailedTitle, text, opts.quitAfterMs);
+        return 1;
+    }
+
+    const QString feed = replayed.isEmpty() ? QString(t::kStatusFeedRandom)
+                                            : QString(t::kStatusFeedReplay).arg(replayed.join(' '));
+    DeskWindow desk(exchange, addin, QDir(rootDir).filePath("desk.ini"), feed);
+
+    if (addin.useClock) addin.useClock(&clock);
+    const QByteArray root = QDir::toNativeSeparators(rootDir).toLocal8Bit();
+    const QByteArray user = opts.userName.toLocal8Bit();
+    constexpr std::uint32_t kHostValue = 0x0100;  // the host's interface version
+    addin.init(static_cast<std::uint32_t>(desk.winId()), &exchange, root.constData(),
+               user.constData(), kHostValue);
+
+    desk.show();
+    desk.startPump();
+    desk.pumpOnce();
+
+    for (const QString& name : opts.openExports) {
+        QString why;
+        if (!desk.openTool(name, &why)) printErr(QString("--open %1: %2").arg(name, why));
+    }
+
+    if (!opts.screenshotDir.isEmpty()) {
+        // After the opened windows are up and a few quote rounds have run.
+        int at = 1600;
+        if (opts.quitAfterMs >= 0 && opts.quitAfterMs < at + 200) at = opts.quitAfterMs * 3 / 5;
+        QTimer::singleShot(at, &app, [dir = opts.screenshotDir] {
+            const int n = writeScreenshots(dir);
+            std::printf("helmsman: %d screenshot(s) written to %s\n", n,
+                        QDir(dir).absolutePath().toLocal8Bit().constData());
+            std::fflush(stdout);
+        });
+    }
+    if (opts.measureBusyMs > 0) {
+        desk.busyMeter().start();
+        QTimer::singleShot(opts.measureBusyMs, &app, [&desk, &exchange, &app] {
+            const BusyMeter::Result r = desk.busyMeter().result();
+            std::printf(
+                "helmsman: %zu contracts, %.0f ms wall: UI thread busy %.1f ms (%.2f%%), "
+                "of which pump handlers %.1f ms (%.2f%%) in %llu calls; %llu quote rounds\n",
+                exchange.contracts().size(), r.wallMs, r.busyMs, 100 * r.busyShare(),
+                r.handlerMs, 100 * r.handlerShare(),
+                static_cast<unsigned long long>(r.handlerCalls),
+                static_cast<unsigned long long>(exchange.stats().quoteRounds));
+            std::fflush(stdout);
+            app.quit();
+        });
+    }
+    if (opts.quitAfterMs >= 0) QTimer::singleShot(opts.quitAfterMs, &app, &QApplication::quit);
+
+    const int rc = app.exec();
+    // Tool windows go before the library that holds their code.
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w != &desk && !w->parentWidget()) delete w;
+    }
+    return rc;
+}
