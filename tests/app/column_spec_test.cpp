@@ -1,0 +1,49 @@
+#include "app/column_spec.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Columns = std::vector<ColumnSpec>;
+
+TEST(ColumnSpec, ParsesEntriesWithOrWithoutTrailingSeparator) {
+    struct Case {
+        const char* spec;
+        Columns expected;
+    } cases[] = {
+        {"帐户,80;商品,60;数量,40;价格,80;买卖,36;开平,48;合同号,60;成交号,60;成交时间,80;",
+         {{"帐户", 80},
+          {"商品", 60},
+          {"数量", 40},
+          {"价格", 80},
+          {"买卖", 36},
+          {"开平", 48},
+          {"合同号", 60},
+          {"成交号", 60},
+          {"成交时间", 80}}},
+        {"帐号,120;商品,80;数量,60", {{"帐号", 120}, {"商品", 80}, {"数量", 60}}},
+        {"", {}},
+        {";;  ;", {}},
+        {" 帐号 , 120 ;; 商品,80 ;", {{"帐号", 120}, {"商品", 80}}},
+        {"a,b,50", {{"a,b", 50}}},                  // the width follows the last comma
+        {"价格,80px", {{"价格", 80}}},              // leading integer of the width
+        {"价格", {{"价格", kDefaultColumnWidth}}},  // no width
+        {"价格,", {{"价格", kDefaultColumnWidth}}},
+        {"价格,abc", {{"价格", kDefaultColumnWidth}}},
+        {"价格,0", {{"价格", kDefaultColumnWidth}}},
+        {"价格,-5", {{"价格", kDefaultColumnWidth}}},
+        {",40", {{"", 40}}},  // a column without a heading is kept
+    };
+    for (const auto& c : cases) EXPECT_EQ(parseColumnSpec(c.spec), c.expected) << c.spec;
+}
+
+TEST(ColumnSpec, FormatIsTheInverse) {
+    const Columns columns = {{"帐号", 120}, {"商品", 80}, {"", 40}, {"a,b", 7}};
+    EXPECT_EQ(formatColumnSpec(columns), "帐号,120;商品,80;,40;a,b,7;");
+    EXPECT_EQ(parseColumnSpec(formatColumnSpec(columns)), columns);
+    // A ';' in a title cannot split the column on the way back.
+    EXPECT_EQ(parseColumnSpec(formatColumnSpec({{"x;y", 30}})), (Columns{{"x y", 30}}));
+    EXPECT_EQ(formatColumnSpec({}), "");
+}
+
+}  // namespace
