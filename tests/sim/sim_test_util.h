@@ -1,0 +1,146 @@
+// Helpers shared by the SimExchange tests: a clock at a fixed local time, quotes, orders and
+// a sink that records every delivery as a line of text.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "host/clock.h"
+#include "host/window.h"
+#include "sim/sim_exchange.h"
+
+namespace simtest {
+
+// Calendar milliseconds of 2021-01-04 hh:mm:ss local time.
+inline std::int64_t localMs(int hh, int mm, int ss, int ms = 0) {
+    std::tm tm{};
+    tm.tm_year = 121;
+    tm.tm_mon = 0;
+    tm.tm_mday = 4;
+    tm.tm_hour = hh;
+    tm.tm_min = mm;
+    tm.tm_sec = ss;
+    tm.tm_isdst = -1;
+    return fromLocalTm(tm) * 1000 + ms;
+}
+
+inline SimOptions quietOptions() {
+    SimOptions o;
+    o.randomWalk = false;
+    return o;
+}
+
+inline const tagSymbol kIF{3, "IF2101"};
+inline const tagSymbol kRB{0, "rb2105"};
+
+inline IModuleFutureTrader::ITickEx quote(const tagSymbol& s, double bid, double bidVol,
+                                          double ask, double askVol, double last) {
+    IModuleFutureTrader::ITickEx t;
+    t.wExchangeID = s.wExchangeID;
+    t.strCode = s.strCode;
+    t.dBid = bid;
+    t.dBidVol = bidVol;
+    t.dAsk = ask;
+    t.dAskVol = askVol;
+    t.dLast = last;
+    return t;
+}
+
+inline tagBrokerOrder order(const tagSymbol& s, int dir, int oc, double vol, double price,
+                            const std::string& account = "880001") {
+    tagBrokerOrder o;
+    o.strAccountID = account;
+    o.strBrokerID = "9999";
+    o.nExchangeID = s.wExchangeID;
+    o.strSymbolText = s.strCode;
+    o.strCode = s.strCode;
+    o.nDirection = dir;
+    o.nOpenClose = oc;
+    o.dVolume = vol;
+    o.dPrice = price;
+    o.strRemark = "test";
+    return o;
+}
+
+inline std::string fmt(double v) {
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%g", v);
+    return buf;
+}
+
+// Records deliveries: "2 <id> <status> <filled>", "4 <contract> <vol>@<price>",
+// "1000 <code> <last>", "W <hWnd> <msg> <code>", "L <code> <account>", "T <id> <status>".
+class RecordingSink : public ISimEventSink {
+public:
+    std::vector<std::string> lines;
+    std::vector<tagBrokerOrder> orders;
+    std::vector<tagBargainOrder> fills;
+    int depth = 0;
+    int maxDepth = 0;
+
+    void onDataChange(std::uint32_t code, std::uintptr_t data) override {
+        Enter e(*this);
+        switch (code) {
+            case kEventOrderChanged: {
+                const auto& o = *reinterpret_cast<const tagBrokerOrder*>(data);
+                orders.push_back(o);
+                lines.push_back("2 " + o.strOrderID + " " + std::to_string(o.nStatus) + " " +
+                                fmt(o.dFilledVolume));
+                break;
+            }
+            case kEventNewFill: {
+                const auto& b = *reinterpret_cast<const tagBargainOrder*>(data);
+                fills.push_back(b);
+                lines.push_back("4 " + b.strContractNo + " " + fmt(b.dVolume) + "@" +
+                                fmt(b.dPrice));
+                break;
+            }
+            case kEventQuote: {
+                const auto& t = *reinterpret_cast<const IModuleFutureTrader::ITickEx*>(data);
+                lines.push_back("1000 " + t.strCode + " " + fmt(t.dLast));
+                break;
+            }
+            case kSimEventTriggerChanged: {
+                const auto& t = *reinterpret_cast<const tagTriggerOrder*>(data);
+                lines.push_back("T " + t.strOrderID + " " + std::to_string(t.nStatus));
+                break;
+            }
+            default: lines.push_back("? " + std::to_string(code));
+        }
+        afterData(code, data);
+    }
+    void onLogonStateChange(std::uint32_t code, std::uintptr_t data) override {
+        Enter e(*this);
+        const auto& a = *reinterpret_cast<const tagAccoutInfo*>(data);
+        lines.push_back("L " + std::to_string(code) + " " + a.strAccountID);
+    }
+    void onWindowMessage(std::uint32_t hWnd, std::uint32_t msg, std::uintptr_t wParam,
+                         std::uintptr_t lParam) override {
+        Enter e(*this);
+        const auto& t = *reinterpret_cast<const IModuleFutureTrader::ITickEx*>(lParam);
+        lines.push_back("W " + std::to_string(hWnd) + " " + std::to_string(msg) + " " +
+                        std::to_string(wParam) + " " + t.strCode);
+    }
+    // Lines starting with prefix.
+    std::vector<std::string> with(const std::string& prefix) const {
+        std::vector<std::string> out;
+        for (const auto& l : lines)
+            if (l.rfind(prefix, 0) == 0) out.push_back(l);
+        return out;
+    }
+
+protected:
+    virtual void afterData(std::uint32_t, std::uintptr_t) {}
+
+private:
+    struct Enter {
+        RecordingSink& s;
+        explicit Enter(RecordingSink& r) : s(r) {
+            if (++s.depth > s.maxDepth) s.maxDepth = s.depth;
+        }
+        ~Enter() { --s.depth; }
+    };
+};
+
+}  // namespace simtest
