@@ -1,34 +1,32 @@
 #include "shell/busy_meter.h"
 
-#include <QAbstractEventDispatcher>
-#include <QThread>
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <time.h>
+#endif
 
-BusyMeter::BusyMeter(QObject* parent) : QObject(parent) {
-    if (auto* d = QAbstractEventDispatcher::instance(QThread::currentThread())) {
-        connect(d, &QAbstractEventDispatcher::aboutToBlock, this, &BusyMeter::onAboutToBlock);
-        connect(d, &QAbstractEventDispatcher::awake, this, &BusyMeter::onAwake);
-    }
+std::int64_t BusyMeter::threadCpuNs() {
+#if defined(_WIN32)
+    FILETIME creation, exit, kernel, user;
+    if (!GetThreadTimes(GetCurrentThread(), &creation, &exit, &kernel, &user)) return 0;
+    auto ns = [](const FILETIME& f) {
+        return ((static_cast<std::int64_t>(f.dwHighDateTime) << 32) | f.dwLowDateTime) * 100;
+    };
+    return ns(kernel) + ns(user);
+#else
+    timespec ts{};
+    if (clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts) != 0) return 0;
+    return static_cast<std::int64_t>(ts.tv_sec) * 1000000000 + ts.tv_nsec;
+#endif
 }
 
 void BusyMeter::start() {
     m_running = true;
-    m_blockedNs = 0;
     m_handlerNs = 0;
     m_handlerCalls = 0;
-    m_isBlocked = false;
+    m_cpuStartNs = threadCpuNs();
     m_wall.start();
-}
-
-void BusyMeter::onAboutToBlock() {
-    if (!m_running || m_isBlocked) return;
-    m_isBlocked = true;
-    m_blocked.start();
-}
-
-void BusyMeter::onAwake() {
-    if (!m_running || !m_isBlocked) return;
-    m_isBlocked = false;
-    m_blockedNs += m_blocked.nsecsElapsed();
 }
 
 BusyMeter::Section::Section(BusyMeter& m) : m_meter(m), m_outer(m.m_depth++ == 0) {
@@ -46,12 +44,9 @@ BusyMeter::Section::~Section() {
 BusyMeter::Result BusyMeter::result() const {
     Result r;
     if (!m_running) return r;
-    const std::int64_t wallNs = m_wall.nsecsElapsed();
-    std::int64_t blockedNs = m_blockedNs;
-    if (m_isBlocked) blockedNs += m_blocked.nsecsElapsed();
-    r.wallMs = static_cast<double>(wallNs) / 1e6;
+    r.wallMs = static_cast<double>(m_wall.nsecsElapsed()) / 1e6;
     r.handlerMs = static_cast<double>(m_handlerNs) / 1e6;
-    r.busyMs = static_cast<double>(wallNs - blockedNs) / 1e6;
+    r.busyMs = static_cast<double>(threadCpuNs() - m_cpuStartNs) / 1e6;
     r.handlerCalls = m_handlerCalls;
     return r;
 }

@@ -3,19 +3,17 @@
 // Two numbers over one measuring window:
 // - handler time: the desk's own timer handlers (event delivery into the add-in, quote
 //   rounds, monitor refreshes), summed from scoped sections;
-// - busy time: wall time minus the time the thread's event dispatcher sat blocked waiting
-//   for events (from its aboutToBlock/awake signals), so painting, layout and everything the
-//   add-in's windows do counts too.
+// - busy time: the CPU time the UI thread itself consumed, so painting, layout and
+//   everything the add-in's windows do on that thread counts too; waiting does not.
 // Owned by the desk window; UI thread only.
 #pragma once
 
 #include <QElapsedTimer>
-#include <QObject>
 #include <cstdint>
 
-class BusyMeter : public QObject {
+class BusyMeter {
 public:
-    explicit BusyMeter(QObject* parent = nullptr);
+    BusyMeter() = default;
 
     // Starts (or restarts) a measuring window.
     void start();
@@ -45,15 +43,13 @@ public:
     };
     Result result() const;
 
-private:
-    void onAboutToBlock();
-    void onAwake();
+    // CPU time of the calling thread, in nanoseconds (0 where the platform cannot say).
+    static std::int64_t threadCpuNs();
 
+private:
     bool m_running = false;
     QElapsedTimer m_wall;
-    QElapsedTimer m_blocked;
-    bool m_isBlocked = false;
-    std::int64_t m_blockedNs = 0;
+    std::int64_t m_cpuStartNs = 0;
     std::int64_t m_handlerNs = 0;
     std::uint64_t m_handlerCalls = 0;
     int m_depth = 0;

@@ -38,6 +38,9 @@ constexpr int kMonitorRefreshMs = 200;
 constexpr int kTicketDialog = 25001;
 constexpr int kBatchDialog = 25009;
 constexpr const char* kCallerName = "交易台";
+// The settings group of the saved layout; bumped when the desk's columns change so an old
+// header state is never forced onto different columns.
+constexpr const char* kLayoutGroup = "desk.v2";
 
 std::string decimalsKey(std::int32_t exchangeID, const std::string& code) {
     return std::to_string(exchangeID) + '|' + code;
@@ -113,8 +116,7 @@ DeskWindow::DeskWindow(SimExchange& exchange, AddinLibrary& addin, QString setti
       m_settings(settingsFile, QSettings::IniFormat),
       m_feedText(std::move(feedText)),
       m_addinSink(std::make_unique<AddinSink>(addin)),
-      m_deskSink(std::make_unique<DeskSink>(*this)),
-      m_busy(this) {
+      m_deskSink(std::make_unique<DeskSink>(*this)) {
     setObjectName("desk");
     setWindowTitle(t::kAppTitle);
     buildUi();
@@ -172,6 +174,7 @@ void DeskWindow::buildUi() {
     m_quoteView->setSelectionMode(QAbstractItemView::SingleSelection);
     m_quoteView->setProperty("board", true);
     m_quoteView->verticalHeader()->setDefaultSectionSize(24);
+    m_quoteView->horizontalHeader()->setStretchLastSection(false);
     m_accountView = makeTable(m_accounts, "accounts");
     m_workingView = makeTable(m_working, "workingOrders");
     m_allOrdersView = makeTable(m_allOrders, "allOrders");
@@ -181,13 +184,13 @@ void DeskWindow::buildUi() {
 
     // Default widths that fit the Chinese titles and the widest values; the user's own
     // widths, once saved, replace them.
-    const int quoteWidths[] = {72, 88, 78, 70, 70, 78, 54, 78, 54, 80, 80, 78, 78, 78, 70};
+    const int quoteWidths[] = {76, 176, 84, 72, 72, 84, 60, 84, 60, 84, 84, 84, 84, 84, 76};
     for (int c = 0; c < QuoteBoardModel::kColumnCount; ++c) {
         m_quoteView->setColumnWidth(c, quoteWidths[c]);
     }
-    const int accountWidths[] = {80, 90, 60, 60, 110, 110, 100, 90, 90, 90, 80};
-    for (int c = 0; c < 11; ++c) m_accountView->setColumnWidth(c, accountWidths[c]);
-    const int orderWidths[] = {70, 56, 70, 70, 44, 52, 76, 44, 52, 72, 150, 80};
+    const int accountWidths[] = {60, 84, 50, 92, 92, 84, 70, 70, 56};
+    for (int c = 0; c < 9; ++c) m_accountView->setColumnWidth(c, accountWidths[c]);
+    const int orderWidths[] = {66, 52, 60, 64, 40, 48, 72, 40, 50, 72, 100, 70};
     for (int c = 0; c < 12; ++c) {
         m_workingView->setColumnWidth(c, orderWidths[c]);
         m_allOrdersView->setColumnWidth(c, orderWidths[c]);
@@ -351,11 +354,11 @@ void DeskWindow::loadBoard() {
 // ---- Layout memory -------------------------------------------------------------------------
 
 void DeskWindow::restoreLayout() {
-    m_settings.beginGroup("desk");
+    m_settings.beginGroup(kLayoutGroup);
     if (m_settings.contains("geometry")) {
         restoreGeometry(m_settings.value("geometry").toByteArray());
     } else {
-        resize(1360, 820);
+        resize(1480, 880);
     }
     restoreState(m_settings.value("state").toByteArray());
     m_splitter->restoreState(m_settings.value("mainSplitter").toByteArray());
@@ -363,7 +366,7 @@ void DeskWindow::restoreLayout() {
         if (m_settings.contains("lowerSplitter")) {
             lower->restoreState(m_settings.value("lowerSplitter").toByteArray());
         } else {
-            lower->setSizes({820, 540});
+            lower->setSizes({780, 700});
         }
     }
     m_tabs->setCurrentIndex(m_settings.value("monitorTab", 0).toInt());
@@ -372,11 +375,11 @@ void DeskWindow::restoreLayout() {
         if (s.isValid()) v->horizontalHeader()->restoreState(s.toByteArray());
     }
     m_settings.endGroup();
-    if (!m_settings.contains("desk/mainSplitter")) m_splitter->setSizes({480, 300});
+    if (!m_settings.contains(QString(kLayoutGroup) + "/mainSplitter")) m_splitter->setSizes({500, 320});
 }
 
 void DeskWindow::saveLayout() {
-    m_settings.beginGroup("desk");
+    m_settings.beginGroup(kLayoutGroup);
     m_settings.setValue("geometry", saveGeometry());
     m_settings.setValue("state", saveState());
     m_settings.setValue("mainSplitter", m_splitter->saveState());

@@ -183,7 +183,7 @@ int main(int argc, char** argv) {
     }
     if (opts.measureBusyMs > 0) {
         desk.busyMeter().start();
-        QTimer::singleShot(opts.measureBusyMs, &app, [&desk, &exchange, &app] {
+        QTimer::singleShot(opts.measureBusyMs, Qt::PreciseTimer, &app, [&desk, &exchange, &app] {
             const BusyMeter::Result r = desk.busyMeter().result();
             std::printf(
                 "helmsman: %zu contracts, %.0f ms wall: UI thread busy %.1f ms (%.2f%%), "

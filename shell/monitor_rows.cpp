@@ -59,10 +59,9 @@ bool isWorkingStatus(std::int32_t status) {
 QStringList splitRowKey(const QString& k) { return k.split('|'); }
 
 QStringList accountHeaders() {
-    return {t::kColAccount,       t::kColAccountName,     t::kColBroker,
-            t::kColState,         t::kColBalance,         t::kColAvailable,
-            t::kColMargin,        t::kColFrozen,          t::kColCloseProfit,
-            t::kColPositionProfit, t::kColCommission};
+    return {t::kColAccount,     t::kColAccountName,  t::kColState,
+            t::kColBalance,     t::kColAvailable,    t::kColMargin,
+            t::kColCloseProfit, t::kColPositionProfit, t::kColCommission};
 }
 
 std::vector<RecordRow> accountRows(const std::vector<AccountLine>& accounts) {
@@ -73,17 +72,15 @@ std::vector<RecordRow> accountRows(const std::vector<AccountLine>& accounts) {
         r.key = q(a.info.strAccountID);
         r.cells.push_back(left(q(a.info.strAccountID)));
         r.cells.push_back(left(q(a.info.strAccountName)));
-        r.cells.push_back(left(q(a.info.strBrokerID)));
         if (!a.loggedOn) {
             r.cells.push_back(left(t::kLoggedOff, kMuted));
-            for (int i = 0; i < 7; ++i) r.cells.push_back(right(QStringLiteral("—"), kMuted));
+            for (int i = 0; i < 6; ++i) r.cells.push_back(right(QStringLiteral("—"), kMuted));
         } else {
             const tagAccountSummary& s = a.summary;
             r.cells.push_back(left(t::kLoggedOn, kSell));
             r.cells.push_back(right(money(s.dBalance)));
             r.cells.push_back(right(money(s.dAvailable)));
             r.cells.push_back(right(money(s.dMargin)));
-            r.cells.push_back(right(money(s.dFrozen)));
             r.cells.push_back(right(money(s.dCloseProfit), profitColor(s.dCloseProfit)));
             r.cells.push_back(right(money(s.dPositionProfit), profitColor(s.dPositionProfit)));
             r.cells.push_back(right(money(s.dCommission)));

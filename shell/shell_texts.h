@@ -34,12 +34,10 @@ inline constexpr const char* kColTime = "时间";
 // Record columns.
 inline constexpr const char* kColAccount = "帐户";
 inline constexpr const char* kColAccountName = "名称";
-inline constexpr const char* kColBroker = "经纪商";
 inline constexpr const char* kColState = "状态";
 inline constexpr const char* kColBalance = "权益";
 inline constexpr const char* kColAvailable = "可用资金";
-inline constexpr const char* kColMargin = "占用保证金";
-inline constexpr const char* kColFrozen = "冻结";
+inline constexpr const char* kColMargin = "保证金";
 inline constexpr const char* kColCloseProfit = "平仓盈亏";
 inline constexpr const char* kColPositionProfit = "持仓盈亏";
 inline constexpr const char* kColCommission = "手续费";
@@ -68,7 +66,6 @@ inline constexpr const char* kColTriggerPrice = "触发价";
 inline constexpr const char* kColOrderPrice = "委托价";
 inline constexpr const char* kColExpiry = "有效期";
 inline constexpr const char* kMarketPrice = "市价";
-inline constexpr const char* kToday = "当日";
 
 // Account states and buttons.
 inline constexpr const char* kLoggedOn = "已登录";
