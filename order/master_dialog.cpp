@@ -1,0 +1,367 @@
+#include "order/master_dialog.h"
+
+#include <climits>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+
+#include "app/exports.h"
+#include "app/helmsman_manage.h"
+#include "host/price.h"
+#include "order/order_strings.h"
+
+namespace {
+
+constexpr std::size_t kCodeBytes = 8;  // the module keeps at most 8 bytes of a code
+
+tagSymbol normalised(const tagSymbol& s) {
+    tagSymbol out = s;
+    if (out.strCode.size() > kCodeBytes) out.strCode.resize(kCodeBytes);
+    return out;
+}
+
+template <std::size_t N>
+void formatPrice(std::array<char, N>& out, double v, int decimals) {
+    if (isPricePresent(v))
+        std::snprintf(out.data(), N, "%.*f", decimals, v);
+    else
+        std::snprintf(out.data(), N, "%s", order_text::kNoValue);
+}
+
+template <std::size_t N>
+void formatVolume(std::array<char, N>& out, double v) {
+    if (isPricePresent(v))
+        std::snprintf(out.data(), N, "%.f", v);
+    else
+        std::snprintf(out.data(), N, "%s", order_text::kNoValue);
+}
+
+}  // namespace
+
+CMasterDialog::CMasterDialog(CHelmsmanManage& manage)
+    : m_manage(manage),
+      m_hWnd(manage.createHandle(this, order_text::kTicketDialogId)),
+      m_normal(*this) {
+    formatQuote();
+    formatPosition();
+    formatOpenable();
+}
+
+CMasterDialog::~CMasterDialog() {
+    if (!m_closed) {
+        unsubscribe();
+        m_manage.releaseHandle(m_hWnd);
+    }
+}
+
+void CMasterDialog::open(const tagHelmsmanPrefill* prefill) {
+    reloadAccounts();
+    if (CSubscibeManage* facade = m_manage.facade()) {
+        m_exchanges.clear();
+        facade->GetAllExchanges(m_exchanges);
+    }
+    const HelmsmanSettings& s = m_manage.settings();
+    m_normal.readSettings(s);
+    m_useLocalTrigger = s.bUseLocalTrigger != 0;
+    m_useAlgoTrigger = s.bUseAlgoTradingTrigger != 0;
+    m_chartShown = s.bShowChartWnd != 0;
+
+    if (prefill)
+        applyPrefill(*prefill);
+    else if (s.bLoadLastSymbol && !s.szSymbolCode.empty())
+        selectSymbol(tagSymbol{s.wExchangeID, s.szSymbolCode});
+
+    if (m_exchangeId < 0 && !m_exchanges.empty()) selectExchange(m_exchanges.front().nExchangeID);
+    notify(kTicketAccounts | kTicketExchanges | kTicketSymbol | kTicketQuote | kTicketPosition |
+           kTicketPage | kTicketChart);
+}
+
+void CMasterDialog::applyPrefill(const tagHelmsmanPrefill& block) {
+    if (!block.account.strAccountID.empty()) {
+        for (std::size_t i = 0; i < m_accounts.size(); ++i) {
+            const tagAccoutInfo& a = m_accounts[i];
+            if (a.strAccountID == block.account.strAccountID &&
+                (block.account.strBrokerID.empty() || a.strBrokerID == block.account.strBrokerID)) {
+                selectAccount(static_cast<int>(i));
+                break;
+            }
+        }
+    }
+    if (!block.symbol.empty()) selectSymbol(block.symbol);
+
+    CNormalOrder::Controls& c = m_normal.controls();
+    if (isPricePresent(block.dPrice)) {
+        // A given price is meant to be used: a checked bid/ask box would ignore it.
+        c.price = block.dPrice;
+        c.useBidAsk = false;
+    }
+    if (isPricePresent(block.dStopLoss)) {
+        c.stopLoss = true;
+        c.stopLossAuto = false;
+        c.stopLossPrice = block.dStopLoss;
+    }
+    if (isPricePresent(block.dTakeProfit)) {
+        c.takeProfit = true;
+        c.takeProfitAuto = false;
+        c.takeProfitPrice = block.dTakeProfit;
+    }
+    if (isPricePresent(block.dVolume)) c.volumeText = CNormalOrder::formatNumber(block.dVolume);
+}
+
+void CMasterDialog::close() {
+    if (m_closed) return;
+    m_closed = true;
+    unsubscribe();
+    m_manage.saveSettings(settingsOnClose());
+    m_manage.releaseHandle(m_hWnd);
+}
+
+HelmsmanSettings CMasterDialog::settingsOnClose() const {
+    HelmsmanSettings s = m_manage.settings();
+    if (s.bLoadLastSymbol && !m_symbol.empty()) {
+        s.wExchangeID = m_symbol.wExchangeID;
+        s.szSymbolCode = m_symbol.strCode;
+    }
+    m_normal.writeSettings(s);
+    s.bUseLocalTrigger = m_useLocalTrigger ? 1 : 0;
+    s.bUseAlgoTradingTrigger = m_useAlgoTrigger ? 1 : 0;
+    return s;
+}
+
+// ---- Account -----------------------------------------------------------------------------
+
+void CMasterDialog::reloadAccounts() {
+    tagAccoutInfo previous;
+    if (const tagAccoutInfo* a = account()) previous = *a;
+    m_accounts.clear();
+    if (CSubscibeManage* facade = m_manage.facade()) facade->GetAvailableAccounts(m_accounts);
+
+    int choice = -1;
+    const HelmsmanSettings& s = m_manage.settings();
+    for (std::size_t i = 0; i < m_accounts.size() && choice < 0; ++i)
+        if (!previous.strAccountID.empty() && m_accounts[i].strAccountID == previous.strAccountID &&
+            m_accounts[i].strBrokerID == previous.strBrokerID)
+            choice = static_cast<int>(i);
+    for (std::size_t i = 0; i < m_accounts.size() && choice < 0; ++i)
+        if (s.bUserDefaultAcct && m_accounts[i].strAccountID == s.strAccountID &&
+            (s.strBrokerID.empty() || m_accounts[i].strBrokerID == s.strBrokerID))
+            choice = static_cast<int>(i);
+    if (choice < 0 && !m_accounts.empty()) choice = 0;
+    m_accountIndex = choice;
+    readFunds();
+    formatPosition();
+    formatOpenable();
+}
+
+const tagAccoutInfo* CMasterDialog::account() const {
+    if (m_accountIndex < 0 || m_accountIndex >= static_cast<int>(m_accounts.size())) return nullptr;
+    return &m_accounts[static_cast<std::size_t>(m_accountIndex)];
+}
+
+void CMasterDialog::selectAccount(int index) {
+    if (index < 0 || index >= static_cast<int>(m_accounts.size()) || index == m_accountIndex)
+        return;
+    m_accountIndex = index;
+    refreshPosition();
+    notify(kTicketAccounts | kTicketPosition);
+}
+
+std::string CMasterDialog::accountText(const tagAccoutInfo& a) {
+    return a.strAccountID + "(" + a.strAccountName + ")";
+}
+
+// ---- Exchange and symbol -----------------------------------------------------------------
+
+void CMasterDialog::selectExchange(int exchangeId) {
+    if (exchangeId == m_exchangeId) return;
+    m_exchangeId = exchangeId;
+    m_exchangeSymbols.clear();
+    if (CSubscibeManage* facade = m_manage.facade())
+        facade->GetExchangeSymbols(exchangeId, m_exchangeSymbols, 0);
+    notify(kTicketExchanges);
+}
+
+bool CMasterDialog::selectSymbol(const tagSymbol& wanted) {
+    const tagSymbol s = normalised(wanted);
+    if (s.empty()) return false;
+    if (s == m_symbol) return true;
+    CSubscibeManage* facade = m_manage.facade();
+    if (!facade) return false;
+
+    IModuleFutureTrader::ISpecDetailValue spec;
+    const bool hasSpec = facade->GetSymbolProperty(s, spec) != 0;
+    if (hasSpec && !spec.bTradable) {
+        m_manage.prompter().inform(order_text::kCaptionPrompt,
+                                   order_text::kMsgSymbolNotTradableChoose);
+        return false;
+    }
+
+    unsubscribe();
+    m_symbol = s;
+    m_symbolText = s.strCode;
+    m_spec = hasSpec ? spec : IModuleFutureTrader::ISpecDetailValue{};
+    m_hasSpec = hasSpec;
+    m_decimals = hasSpec ? price::decimals(m_spec.nMinMove, m_spec.fPriceUnit) : 2;
+    subscribe(s);
+    selectExchange(s.wExchangeID);
+
+    m_tick = IModuleFutureTrader::ITickEx{};
+    m_quoteValid = facade->GetMarketQuote(s, m_tick) != 0;
+    m_tick.wExchangeID = s.wExchangeID;
+    m_tick.strCode = s.strCode;
+    formatQuote();
+    m_normal.onSymbolChanged();
+
+    m_hasPosition = false;
+    refreshPosition();
+    notify(kTicketSymbol | kTicketQuote | kTicketPosition | kTicketPage);
+    return true;
+}
+
+double CMasterDialog::pointValue() const {
+    // On the rounding's 1/10000 grid, free of the single-precision price unit's noise.
+    return m_hasSpec
+               ? static_cast<double>(price::stepUnits(m_spec.nMinMove, m_spec.fPriceUnit)) / 10000.0
+               : 0.0;
+}
+
+void CMasterDialog::subscribe(const tagSymbol& s) {
+    CSubscibeManage* facade = m_manage.facade();
+    if (m_subscribed || s.empty() || !facade) return;
+    tagSubscribeBlock block{1, &s};
+    if (facade->QueryInterface(kQuerySubscribeQuote, m_hWnd, 1, &block) != 0) {
+        m_subscribed = true;
+        m_subscribedSymbol = s;
+    }
+}
+
+void CMasterDialog::unsubscribe() {
+    if (!m_subscribed) return;
+    m_subscribed = false;
+    CSubscibeManage* facade = m_manage.facade();
+    if (!facade || m_subscribedSymbol.empty()) return;
+    tagSubscribeBlock block{1, &m_subscribedSymbol};
+    facade->QueryInterface(kQuerySubscribeQuote, m_hWnd, 0, &block);
+}
+
+// ---- Quote -------------------------------------------------------------------------------
+
+std::intptr_t CMasterDialog::onMessage(std::uint32_t msg, std::uintptr_t wParam,
+                                       std::uintptr_t lParam) {
+    switch (msg) {
+        case kMsgDataChange:
+            if (eventKind(static_cast<std::uint32_t>(wParam)) == kEventQuote && lParam != 0)
+                onQuote(*reinterpret_cast<const IModuleFutureTrader::ITickEx*>(lParam));
+            return 1;
+        case kMsgSymbolLink: {
+            if (wParam != 1 || lParam == 0) return 0;
+            const tagSymbol& linked = *reinterpret_cast<const tagSymbol*>(lParam);
+            const tagSymbol s = normalised(linked);
+            if (s.empty() || s == m_symbol) return 0;
+            return selectSymbol(s) ? 1 : 0;
+        }
+        default:
+            return 0;
+    }
+}
+
+void CMasterDialog::onQuote(const IModuleFutureTrader::ITickEx& tick) {
+    if (m_symbol.empty() || tick.wExchangeID != m_symbol.wExchangeID ||
+        tick.strCode != m_symbol.strCode)
+        return;
+    m_tick = tick;
+    m_quoteValid = true;
+    formatQuote();
+    formatOpenable();
+    notify(kTicketQuote | kTicketPosition);
+}
+
+void CMasterDialog::formatQuote() {
+    const int d = m_decimals;
+    const bool q = m_quoteValid;
+    formatPrice(m_quoteTexts.last, q ? m_tick.dLast : 0, d);
+    formatPrice(m_quoteTexts.bid, q ? m_tick.dBid : 0, d);
+    formatVolume(m_quoteTexts.bidVol, q ? m_tick.dBidVol : 0);
+    formatPrice(m_quoteTexts.ask, q ? m_tick.dAsk : 0, d);
+    formatVolume(m_quoteTexts.askVol, q ? m_tick.dAskVol : 0);
+    formatPrice(m_quoteTexts.upper, q ? m_tick.dUpperLimit : 0, d);
+    formatPrice(m_quoteTexts.lower, q ? m_tick.dLowerLimit : 0, d);
+}
+
+double CMasterDialog::referencePrice() const {
+    if (!m_quoteValid) return 0;
+    if (isPricePresent(m_tick.dLast)) return m_tick.dLast;
+    if (isPricePresent(m_tick.dAsk)) return m_tick.dAsk;
+    if (isPricePresent(m_tick.dBid)) return m_tick.dBid;
+    return 0;
+}
+
+// ---- Position and openable ---------------------------------------------------------------
+
+void CMasterDialog::readFunds() {
+    m_fundsKnown = false;
+    m_available = 0;
+    const tagAccoutInfo* a = account();
+    CSubscibeManage* facade = m_manage.facade();
+    if (!a || !facade) return;
+    tagAccountSummary summary;
+    if (facade->GetAccountSummary(summary, a->strAccountID, a->strBrokerID) != 0) {
+        m_fundsKnown = true;
+        m_available = summary.dAvailable;
+    }
+}
+
+void CMasterDialog::refreshPosition() {
+    const std::string before = std::string(positionText()) + "|" + std::string(openableText());
+    m_hasPosition = false;
+    const tagAccoutInfo* a = account();
+    CSubscibeManage* facade = m_manage.facade();
+    if (a && facade && !m_symbol.empty()) {
+        m_position = tagOpenedPosition{};
+        m_hasPosition =
+            facade->GetPosition(m_position, a->strAccountID, a->strBrokerID, m_symbol) != 0;
+    }
+    readFunds();
+    formatPosition();
+    formatOpenable();
+    if (before != std::string(positionText()) + "|" + std::string(openableText()))
+        notify(kTicketPosition);
+}
+
+void CMasterDialog::formatPosition() {
+    const tagOpenedPosition& p = m_position;
+    const bool any = m_hasPosition &&
+                     (isPricePresent(std::fabs(p.dTotal)) || isPricePresent(std::fabs(p.dLong)) ||
+                      isPricePresent(std::fabs(p.dShort)));
+    if (any)
+        std::snprintf(m_positionText.data(), m_positionText.size(), order_text::kPositionFormat,
+                      p.dTotal, p.dLong, p.dShort);
+    else
+        std::snprintf(m_positionText.data(), m_positionText.size(), "%s",
+                      order_text::kPositionNone);
+}
+
+void CMasterDialog::formatOpenable() {
+    const double price = referencePrice();
+    const double perLot = price * m_spec.dMultiplier * m_spec.dMarginRate;
+    if (!account() || !m_fundsKnown || !m_hasSpec || !isPricePresent(m_spec.dMultiplier) ||
+        !isPricePresent(m_spec.dMarginRate) || !isPricePresent(price) || !(perLot > 0)) {
+        m_openable = -1;
+        std::snprintf(m_openableText.data(), m_openableText.size(), "%s",
+                      order_text::kOpenableUnknown);
+        return;
+    }
+    double lots = m_available > 0 ? std::floor(m_available / perLot) : 0.0;
+    if (lots > static_cast<double>(INT_MAX)) lots = static_cast<double>(INT_MAX);
+    m_openable = static_cast<int>(lots);
+    std::snprintf(m_openableText.data(), m_openableText.size(), order_text::kOpenableFormat,
+                  m_openable);
+}
+
+// ---- Chart -------------------------------------------------------------------------------
+
+void CMasterDialog::setChartShown(bool on) {
+    if (on == m_chartShown) return;
+    m_chartShown = on;
+    notify(kTicketChart);
+}

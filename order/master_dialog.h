@@ -1,0 +1,214 @@
+// CMasterDialog: the order ticket's frame, without any widget. It holds the chosen account,
+// exchange and symbol, the contract, the last quote and the quote subscription, the position
+// and openable texts, the chart switch and the ticket's algorithm settings block, and it owns
+// the immediate page (CNormalOrder). The Qt window (order/ui/order_ticket_window) draws what
+// this object holds and forwards the user's commands; it decides nothing.
+//
+// Handle and messages: the constructor takes a window handle from the manager (dialog 25001),
+// so the host's messages reach onMessage():
+// - 2070 with event code 1000: a quote of the subscribed symbol (lParam -> ITickEx). Quotes of
+//   any other symbol are ignored. Returns 1 for every 2070.
+// - 2065 (symbol link): wParam 1 and lParam -> tagSymbol switch the ticket and return 1; the
+//   same exchange and code, an empty code, a symbol refused as untradable, or wParam other
+//   than 1 return 0.
+// The handle is released when the object goes; after that nothing reaches it.
+//
+// Subscription: at most one symbol is subscribed at a time. Choosing a new symbol unsubscribes
+// the old one first; the flag of a held subscription makes sure nothing is unsubscribed twice,
+// and a symbol with an empty code is never sent to the facade.
+//
+// Position text: "持仓:%.f(%.f/%.f)" with the total, long and short quantities of GetPosition;
+// "持仓:0" when the read fails or every quantity is 0.
+//
+// Openable quantity "可开:%d": how many lots the account's free funds can margin at the
+// current price:
+//     floor(dAvailable / (price × dMultiplier × dMarginRate))
+// with dAvailable from GetAccountSummary, dMultiplier and dMarginRate from the contract and
+// price the last price (the ask, then the bid, when there is no last price yet). Free funds
+// read successfully but not above 0 show "可开:0" (nothing can be opened, and that is known);
+// "可开:N/A" when there is no account, the funds cannot be read, or the multiplier, margin
+// rate or price is not above 0.000001. Funds are read when the account, the symbol or the
+// position is refreshed; each quote only re-divides, so a quote costs no facade call.
+//
+// Position and funds change by fills the ticket is not told about (it is not in the
+// manager's window list), so the window calls refreshPosition() on a timer and after a send.
+//
+// Closing (close()): unsubscribe if subscribed, then save the settings (a copy of the
+// in-memory record with the ticket's state written into it, see CNormalOrder::writeSettings
+// and settingsOnClose()) and release the handle. Destroying without close() only unsubscribes
+// and releases the handle: nothing is written that the user did not close.
+//
+// Thread contract: UI thread only, like every window of the module. The quote path
+// (onMessage 2070) formats into fixed buffers and allocates nothing.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "algo/algo_setting.h"
+#include "app/settings.h"
+#include "host/records.h"
+#include "host/window.h"
+#include "order/normal_order.h"
+
+class CHelmsmanManage;
+struct tagHelmsmanPrefill;
+
+// What changed, passed to the listener (a bit set).
+enum TicketChange : unsigned {
+    kTicketAccounts = 1u << 0,   // account list or choice
+    kTicketExchanges = 1u << 1,  // exchange list or choice, symbol list of the exchange
+    kTicketSymbol = 1u << 2,     // the chosen symbol and its contract
+    kTicketQuote = 1u << 3,      // quote texts
+    kTicketPosition = 1u << 4,   // position and openable texts
+    kTicketPage = 1u << 5,       // immediate page values set by the core (prefill, hotkeys)
+    kTicketChart = 1u << 6,      // chart shown or hidden
+};
+
+// Quote texts in the contract's price precision, "-" for an absent value.
+struct TicketQuoteTexts {
+    using Text = std::array<char, 32>;
+    Text last{}, bid{}, bidVol{}, ask{}, askVol{}, upper{}, lower{};
+};
+
+class CMasterDialog final : public IWndTarget {
+public:
+    explicit CMasterDialog(CHelmsmanManage& manage);
+    ~CMasterDialog() override;
+    CMasterDialog(const CMasterDialog&) = delete;
+    CMasterDialog& operator=(const CMasterDialog&) = delete;
+
+    CHelmsmanManage& manage() const { return m_manage; }
+    WndHandle handle() const { return m_hWnd; }
+    // Called after every change the core makes, with TicketChange bits.
+    void setListener(std::function<void(unsigned)> listener) { m_listener = std::move(listener); }
+
+    // Reads accounts and exchanges, sets the page from the settings, then takes account,
+    // symbol and prices from the pre-fill block (when given) or, with bLoadLastSymbol, the
+    // saved symbol; the chart is shown by bShowChartWnd.
+    void open(const tagHelmsmanPrefill* prefill);
+    // Unsubscribes, saves the ticket's state into the settings, releases the handle. Once.
+    void close();
+    bool closed() const { return m_closed; }
+    // The record close() saves: a copy of the in-memory settings with the ticket's state.
+    HelmsmanSettings settingsOnClose() const;
+
+    // ---- Account -----------------------------------------------------------------------
+    void reloadAccounts();
+    const std::vector<tagAccoutInfo>& accounts() const { return m_accounts; }
+    int accountIndex() const { return m_accountIndex; }
+    const tagAccoutInfo* account() const;
+    void selectAccount(int index);
+    // "%s(%s)": identifier and name, as every account list of the module shows it.
+    static std::string accountText(const tagAccoutInfo& a);
+
+    // ---- Exchange and symbol -----------------------------------------------------------
+    const std::vector<tagExchangeInfo>& exchanges() const { return m_exchanges; }
+    int exchangeId() const { return m_exchangeId; }
+    // Chooses an exchange and reads its symbols (the current symbol stays until another is
+    // chosen).
+    void selectExchange(int exchangeId);
+    const std::vector<tagSymbol>& exchangeSymbols() const { return m_exchangeSymbols; }
+
+    // Switches to a symbol: refuses one the host marks untradable with its message (keeping
+    // the current symbol), moves the subscription, reads contract, quote snapshot and
+    // position. True when the ticket now shows `symbol` (also when it already did).
+    bool selectSymbol(const tagSymbol& symbol);
+    const tagSymbol& symbol() const { return m_symbol; }
+    const std::string& symbolText() const { return m_symbolText; }
+    bool hasSpec() const { return m_hasSpec; }
+    const IModuleFutureTrader::ISpecDetailValue& spec() const { return m_spec; }
+    // One point of price (minimum move × price unit, on the 1/10000 grid); 0 without a contract.
+    double pointValue() const;
+    int priceDecimals() const { return m_decimals; }
+    bool subscribed() const { return m_subscribed; }
+
+    // ---- Quote, position ---------------------------------------------------------------
+    const IModuleFutureTrader::ITickEx& tick() const { return m_tick; }
+    bool quoteValid() const { return m_quoteValid; }
+    const TicketQuoteTexts& quoteTexts() const { return m_quoteTexts; }
+    // The price the openable quantity is computed at (0 when none).
+    double referencePrice() const;
+    std::string_view positionText() const { return m_positionText.data(); }
+    std::string_view openableText() const { return m_openableText.data(); }
+    // -1 when not computable ("可开:N/A").
+    int openable() const { return m_openable; }
+    // Reads position and funds again; notifies only when a text changed.
+    void refreshPosition();
+
+    // ---- Chart, trigger-page options, algorithm block -------------------------------
+    bool chartShown() const { return m_chartShown; }
+    void setChartShown(bool on);
+    // The trigger page's two options; remembered in the settings on close.
+    bool useLocalTrigger() const { return m_useLocalTrigger; }
+    void setUseLocalTrigger(bool on) { m_useLocalTrigger = on; }
+    bool useAlgoTrigger() const { return m_useAlgoTrigger; }
+    void setUseAlgoTrigger(bool on) { m_useAlgoTrigger = on; }
+    tagAlgoSetting& algoSetting() { return m_algoSetting; }
+    const tagAlgoSetting& algoSetting() const { return m_algoSetting; }
+
+    CNormalOrder& normalOrder() { return m_normal; }
+    const CNormalOrder& normalOrder() const { return m_normal; }
+
+    // Tells the listener; used by the page after it changed its own values.
+    void notify(unsigned changes) const {
+        if (m_listener) m_listener(changes);
+    }
+
+    std::intptr_t onMessage(std::uint32_t msg, std::uintptr_t wParam,
+                            std::uintptr_t lParam) override;
+
+private:
+    void applyPrefill(const tagHelmsmanPrefill& block);
+    void subscribe(const tagSymbol& symbol);
+    void unsubscribe();
+    void onQuote(const IModuleFutureTrader::ITickEx& tick);
+    void formatQuote();
+    void readFunds();
+    void formatPosition();
+    void formatOpenable();
+
+    CHelmsmanManage& m_manage;
+    WndHandle m_hWnd = 0;
+    bool m_closed = false;
+    std::function<void(unsigned)> m_listener;
+
+    std::vector<tagAccoutInfo> m_accounts;
+    int m_accountIndex = -1;
+
+    std::vector<tagExchangeInfo> m_exchanges;
+    int m_exchangeId = -1;
+    std::vector<tagSymbol> m_exchangeSymbols;
+
+    tagSymbol m_symbol;
+    std::string m_symbolText;
+    IModuleFutureTrader::ISpecDetailValue m_spec;
+    bool m_hasSpec = false;
+    int m_decimals = 2;
+
+    bool m_subscribed = false;
+    tagSymbol m_subscribedSymbol;  // what the held subscription is for
+
+    IModuleFutureTrader::ITickEx m_tick;
+    bool m_quoteValid = false;
+    TicketQuoteTexts m_quoteTexts;
+
+    tagOpenedPosition m_position;
+    bool m_hasPosition = false;
+    bool m_fundsKnown = false;
+    double m_available = 0;
+    int m_openable = -1;
+    std::array<char, 64> m_positionText{};
+    std::array<char, 32> m_openableText{};
+
+    bool m_chartShown = false;
+    bool m_useLocalTrigger = false;
+    bool m_useAlgoTrigger = false;
+    tagAlgoSetting m_algoSetting;
+
+    CNormalOrder m_normal;
+};

@@ -1,0 +1,266 @@
+#include "order/normal_order.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <vector>
+
+#include "app/helmsman_manage.h"
+#include "host/price.h"
+#include "order/master_dialog.h"
+#include "order/order_strings.h"
+
+CNormalOrder::CNormalOrder(CMasterDialog& master) : m_master(master) {}
+
+void CNormalOrder::inform(const char* caption, const char* text) const {
+    m_master.manage().prompter().inform(caption, text, PromptIcon::Information);
+}
+
+double CNormalOrder::parseVolume(const std::string& text) {
+    const char* p = text.data();
+    const char* end = p + text.size();
+    while (p != end && (*p == ' ' || *p == '\t')) ++p;
+    if (p != end && *p == '+') ++p;
+    double v = 0;
+    const auto [ptr, ec] = std::from_chars(p, end, v, std::chars_format::fixed);
+    if (ec != std::errc() || !std::isfinite(v)) return 0;
+    return v;
+}
+
+std::string CNormalOrder::formatNumber(double v) {
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.4f", v);
+    std::string s(buf);
+    if (s.find('.') != std::string::npos) {
+        while (!s.empty() && s.back() == '0') s.pop_back();
+        if (!s.empty() && s.back() == '.') s.pop_back();
+    }
+    if (s == "-0") s = "0";
+    return s;
+}
+
+void CNormalOrder::readSettings(const HelmsmanSettings& s) {
+    Controls& c = m_controls;
+    const double volume = s.bSaveVolume ? s.dLastVolume : s.dDefaultVolume;
+    c.volumeText = formatNumber(isPricePresent(volume) ? volume : 1.0);
+    c.useBidAsk = s.bUseBidAskPrice != 0;
+    c.useOffset = s.bUserBidAskOffset != 0;
+    c.offsetPoints = s.nOffsetPoint;
+    c.algo = s.bUseAlgoTrading != 0;
+    c.stopLossAuto = s.bAutoFillStopLoss != 0;
+    c.stopLoss = c.stopLossAuto;
+    c.stopLossPoints = s.nAFStopLossPoint;
+    c.takeProfitAuto = s.bAutoFillTakeProfit != 0;
+    c.takeProfit = c.takeProfitAuto;
+    c.takeProfitPoints = s.nAFTakeProfitPoint;
+}
+
+void CNormalOrder::writeSettings(HelmsmanSettings& s) const {
+    const Controls& c = m_controls;
+    if (s.bSaveVolume) s.dLastVolume = parseVolume(c.volumeText);
+    s.bUseBidAskPrice = c.useBidAsk ? 1 : 0;
+    s.bUserBidAskOffset = c.useOffset ? 1 : 0;
+    s.nOffsetPoint = static_cast<std::int32_t>(c.offsetPoints);
+    s.bUseAlgoTrading = c.algo ? 1 : 0;
+    s.bAutoFillStopLoss = c.stopLossAuto ? 1 : 0;
+    s.nAFStopLossPoint = c.stopLossPoints;
+    s.bAutoFillTakeProfit = c.takeProfitAuto ? 1 : 0;
+    s.nAFTakeProfitPoint = c.takeProfitPoints;
+}
+
+void CNormalOrder::toggleAutoStopLoss() {
+    m_controls.stopLossAuto = !m_controls.stopLossAuto;
+    if (m_controls.stopLossAuto) m_controls.stopLoss = true;
+    m_master.notify(kTicketPage);
+}
+
+void CNormalOrder::toggleAutoTakeProfit() {
+    m_controls.takeProfitAuto = !m_controls.takeProfitAuto;
+    if (m_controls.takeProfitAuto) m_controls.takeProfit = true;
+    m_master.notify(kTicketPage);
+}
+
+void CNormalOrder::onSymbolChanged() {
+    m_controls.price = m_master.referencePrice();
+}
+
+CNormalOrder::SendResult CNormalOrder::send(std::int32_t direction) {
+    return submit(direction, PriceSource::Page,
+                  m_master.manage().settings().bShowNormalOrderConfirm != 0);
+}
+
+CNormalOrder::SendResult CNormalOrder::sendHotkey(HotkeyAction action) {
+    return submit(hotkeyDirection(action),
+                  hotkeyAtTouch(action) ? PriceSource::Quote : PriceSource::PriceBox,
+                  m_master.manage().settings().bShowHotkeyOrderConfirm != 0);
+}
+
+CNormalOrder::SendResult CNormalOrder::submit(std::int32_t direction, PriceSource source,
+                                              bool confirm) {
+    using namespace order_text;
+    CHelmsmanManage& manage = m_master.manage();
+    const Controls& c = m_controls;
+    const bool buy = direction == kDirBuy;
+
+    // 1. The account; the user may have logged on since the ticket opened.
+    if (!m_master.account()) m_master.reloadAccounts();
+    const tagAccoutInfo* account = m_master.account();
+    if (!account) {
+        inform(kCaptionPrompt, kMsgLogin);
+        return SendResult::Refused;
+    }
+
+    // 2. The symbol, and whether the host still trades it (it may stop while the ticket is
+    // open, e.g. at expiry): the contract is read afresh.
+    const tagSymbol& symbol = m_master.symbol();
+    if (symbol.empty()) {
+        inform(kCaptionPrompt, kMsgChooseSymbol);
+        return SendResult::Refused;
+    }
+    IModuleFutureTrader::ISpecDetailValue spec;
+    CSubscibeManage* facade = manage.facade();
+    if (!facade || facade->GetSymbolProperty(symbol, spec) == 0 || !spec.bTradable) {
+        inform(kCaptionPrompt, kMsgSymbolNotTradable);
+        return SendResult::Refused;
+    }
+
+    // 3. The order.
+    tagBrokerOrder order;
+    order.strAccountID = account->strAccountID;
+    order.strBrokerID = account->strBrokerID;
+    order.nExchangeID = symbol.wExchangeID;
+    order.strSymbolText = m_master.symbolText();
+    order.strCode = symbol.strCode;
+    order.strAccountState = account->strAccountName;
+    order.nPriceType = 0;
+    order.nDirection = buy ? kDirBuy : kDirSell;
+    order.dVolume = parseVolume(c.volumeText);
+
+    // 4.
+    if (!(order.dVolume > 0)) {
+        inform(kCaptionPrompt, kMsgVolumeNotPositive);
+        return SendResult::Refused;
+    }
+
+    // 5. The point on the 1/10000 grid the rounding uses: the price unit is single precision
+    // (0.2f is 0.2000000030), and that noise must not push an offset or a stop off the tick
+    // (a sell at bid - 2 points would otherwise round down a whole tick).
+    const double point =
+        static_cast<double>(price::stepUnits(spec.nMinMove, spec.fPriceUnit)) / 10000.0;
+    const double offset = std::trunc(c.offsetPoints) * point;
+
+    // 6. The price.
+    const bool fromQuote =
+        source == PriceSource::Quote || (source == PriceSource::Page && c.useBidAsk);
+    double px = 0;
+    if (fromQuote) {
+        const IModuleFutureTrader::ITickEx& t = m_master.tick();
+        const bool valid = m_master.quoteValid();
+        if (valid && buy && isPricePresent(t.dAsk))
+            px = t.dAsk + (c.useOffset ? offset : 0.0);
+        else if (valid && buy && isPricePresent(t.dBid))
+            px = t.dBid;
+        else if (valid && !buy && isPricePresent(t.dBid))
+            px = t.dBid - (c.useOffset ? offset : 0.0);
+        else if (valid && !buy && isPricePresent(t.dAsk))
+            px = t.dAsk;
+        else {
+            inform(kCaptionPromptBlank, kMsgQuoteInvalid);
+            return SendResult::Refused;
+        }
+    } else {
+        px = c.price;
+        if (!isPricePresent(px)) {
+            inform(kCaptionPrompt, kMsgPriceNotPositive);
+            return SendResult::Refused;
+        }
+    }
+
+    // 7. The day's limit band.
+    const IModuleFutureTrader::ITickEx& t = m_master.tick();
+    const double lower = m_master.quoteValid() ? t.dLowerLimit : 0.0;
+    const double upper = m_master.quoteValid() ? t.dUpperLimit : 0.0;
+    const double clamped = price::clampToLimits(px, lower, upper);
+    if (clamped != px && source == PriceSource::PriceBox) {
+        // A keyboard order is not watched as it leaves: show the corrected price first.
+        m_controls.price = clamped;
+        m_master.notify(kTicketPage);
+        inform(kCaptionPrompt, kMsgPriceLimitAdjusted);
+        return SendResult::Refused;
+    }
+    px = clamped;
+
+    // 8. Buys round up to the tick, sells down.
+    px = price::roundForDirection(px, order.nDirection, spec.nMinMove, spec.fPriceUnit);
+    order.dPrice = px;
+
+    // 9.
+    order.nOpenClose = c.openClose;
+    order.nHedge = c.hedge;
+    const bool opening = order.nOpenClose == kOpen;
+
+    // 10, 11. Stops only protect an opening order.
+    const bool hasStop = opening && c.stopLoss;
+    const bool hasProfit = opening && c.takeProfit;
+    if (hasStop)
+        order.dStopLoss =
+            c.stopLossAuto ? (buy ? px - c.stopLossPoints * point : px + c.stopLossPoints * point)
+                           : c.stopLossPrice;
+    if (hasProfit)
+        order.dTakeProfit = c.takeProfitAuto ? (buy ? px + c.takeProfitPoints * point
+                                                    : px - c.takeProfitPoints * point)
+                                             : c.takeProfitPrice;
+
+    // 12.
+    if (hasStop && buy && order.dStopLoss >= px) {
+        inform(kCaptionPrompt, kMsgBuyStopLoss);
+        return SendResult::Refused;
+    }
+    if (hasProfit && buy && order.dTakeProfit <= px) {
+        inform(kCaptionPrompt, kMsgBuyTakeProfit);
+        return SendResult::Refused;
+    }
+    if (hasStop && !buy && order.dStopLoss <= px) {
+        inform(kCaptionPrompt, kMsgSellStopLoss);
+        return SendResult::Refused;
+    }
+    if (hasProfit && !buy && order.dTakeProfit >= px) {
+        inform(kCaptionPrompt, kMsgSellTakeProfit);
+        return SendResult::Refused;
+    }
+
+    // 13.
+    order.tCreateTime = manage.clock().now();
+
+    // 14. Submission, split by the single-order cap when it applies.
+    const tagAlgoSetting* algo = c.algo ? &m_master.algoSetting() : nullptr;
+    const HelmsmanSettings& s = manage.settings();
+    const double cap = s.dMaxSingleLimitVol;
+    if (s.bUseSingleLimit && isPricePresent(cap) && order.dVolume > cap) {
+        const double parts = std::ceil(order.dVolume / cap - 1e-9);
+        if (parts > kMaxSplitOrders) {
+            char text[256];
+            std::snprintf(text, sizeof text, kMsgTooManySplitOrders, order.dVolume, cap,
+                          static_cast<int>(std::min(parts, 1e9)), kMaxSplitOrders);
+            inform(kCaptionPrompt, text);
+            return SendResult::Refused;
+        }
+        std::vector<tagBrokerOrder> batch;
+        batch.reserve(static_cast<std::size_t>(parts));
+        double left = order.dVolume;
+        while (left > kPriceEpsilon) {
+            batch.push_back(order);
+            batch.back().dVolume = std::min(cap, left);
+            left -= batch.back().dVolume;
+        }
+        const int r = manage.submitBatch(batch, confirm, kCallerName, algo);
+        return confirm && r == 0 ? SendResult::Cancelled : SendResult::Sent;
+    }
+
+    const int r = manage.submitOrder(order, confirm, kCallerName, algo);
+    if (r != 0) return SendResult::Sent;
+    if (confirm) return SendResult::Cancelled;
+    inform(kCaptionPrompt, kMsgSendFailed);
+    return SendResult::Failed;
+}

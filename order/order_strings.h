@@ -1,0 +1,104 @@
+// The order ticket's texts: captions, labels, formats and messages, exactly as the user sees
+// them. Kept in one place so every character can be checked against the ticket's
+// description; nothing else in order/master_dialog, order/normal_order, order/hotkeys or
+// their windows spells a Chinese text of its own.
+#pragma once
+
+namespace order_text {
+
+// ---- Frame ---------------------------------------------------------------------------------
+inline constexpr int kTicketDialogId = 25001;
+inline constexpr const char* kTicketCaption = "舵手";
+// The caller name handed to the submission (written into empty remarks).
+inline constexpr const char* kCallerName = "舵手";
+
+inline constexpr const char* kTabImmediate = "即时执行";
+inline constexpr const char* kTabTrigger = "触发单交易";
+inline constexpr const char* kTabModifyTrigger = "修改或删除触发单";
+
+// Button menu entries; each is also the tool tip of its button.
+inline constexpr const char* kMenuChart = "打开/关闭图表";
+inline constexpr const char* kMenuAutoStopLoss = "打开/关闭止损价格自动填写";
+inline constexpr const char* kMenuAutoTakeProfit = "打开/关闭获利价格自动填写";
+inline constexpr const char* kMenuHotkeys = "我的键盘";
+
+// Position and openable quantity.
+inline constexpr const char* kPositionFormat = "持仓:%.f(%.f/%.f)";  // total, long, short
+inline constexpr const char* kPositionNone = "持仓:0";
+inline constexpr const char* kOpenableFormat = "可开:%d";
+inline constexpr const char* kOpenableUnknown = "可开:N/A";
+
+// ---- Message boxes -------------------------------------------------------------------------
+inline constexpr const char* kCaptionPrompt = "提示";
+// The invalid-quote message alone carries this caption, with its trailing blank.
+inline constexpr const char* kCaptionPromptBlank = "提示 ";
+
+inline constexpr const char* kMsgSymbolNotTradableChoose = "当前商品不能进行交易，请重新选择商品！";
+inline constexpr const char* kMsgLogin = "请先登录交易帐户！";
+inline constexpr const char* kMsgChooseSymbol = "请先选择要进行交易的商品！";
+inline constexpr const char* kMsgSymbolNotTradable = "当前商品不能进行交易！";
+inline constexpr const char* kMsgVolumeNotPositive = "输入错误，交易数量必须大于0！";
+inline constexpr const char* kMsgQuoteInvalid = "买卖价无效，请手工输入价格！";
+inline constexpr const char* kMsgBuyStopLoss = "输入错误，买入时止损价必须小于委托价！";
+inline constexpr const char* kMsgBuyTakeProfit = "输入错误，买入时获利价必须大于委托价！";
+inline constexpr const char* kMsgSellStopLoss = "输入错误，卖出时止损价必须大于委托价！";
+inline constexpr const char* kMsgSellTakeProfit = "输入错误，卖出时获利价必须小于委托价！";
+// A keyboard order at the typed price outside the day's limit band: the price box is set to
+// the limit and nothing is sent, so the trader sees the new price before pressing again.
+inline constexpr const char* kMsgPriceLimitAdjusted =
+    "输入的委托价格不在涨跌停范围内，已自动修改为涨跌停价！";
+
+// Texts of this ticket's own choices (not in the host's vocabulary).
+// A typed price of 0 (or an empty price box) is refused rather than clamped to a limit.
+inline constexpr const char* kMsgPriceNotPositive = "输入错误，委托价格必须大于0！";
+// Splitting by the single-order cap would produce more orders than kMaxSplitOrders.
+inline constexpr const char* kMsgTooManySplitOrders =
+    "委托数量%.f按单笔上限%.f手需拆分为%d笔，超过%d笔，请减少数量！";
+// The host did not take the order (SendOrder returned 0).
+inline constexpr const char* kMsgSendFailed = "委托发送失败，请查看委托状态！";
+
+// ---- Immediate page -------------------------------------------------------------------------
+inline constexpr const char* kLabelVolume = "数量";
+inline constexpr const char* kLabelPrice = "价格";
+inline constexpr const char* kCheckBidAsk = "叫买/卖价";
+inline constexpr const char* kCheckOffset = "超价点数";
+inline constexpr const char* kLabelOpenClose = "开平";
+inline constexpr const char* kLabelHedge = "投保";
+inline constexpr const char* kCheckStopLoss = "止损价";
+inline constexpr const char* kCheckTakeProfit = "获利价";
+inline constexpr const char* kButtonAuto = "自动";
+inline constexpr const char* kLabelPoints = "点";
+inline constexpr const char* kCheckAlgo = "算法交易";
+inline constexpr const char* kButtonAlgoSettings = "算法设置...";
+inline constexpr const char* kButtonBuy = "买入";
+inline constexpr const char* kButtonSell = "卖出";
+inline constexpr const char* kTriggerPagePending = "触发单功能尚未开放。";
+
+// ---- Frame labels ----------------------------------------------------------------------------
+inline constexpr const char* kLabelAccount = "帐户";
+inline constexpr const char* kLabelExchange = "交易所";
+inline constexpr const char* kLabelSymbol = "商品";
+inline constexpr const char* kLabelLast = "最新";
+inline constexpr const char* kLabelBid = "叫买";
+inline constexpr const char* kLabelAsk = "叫卖";
+inline constexpr const char* kLabelUpper = "涨停";
+inline constexpr const char* kLabelLower = "跌停";
+inline constexpr const char* kNoValue = "-";
+
+// ---- 我的键盘 ----------------------------------------------------------------------------------
+inline constexpr const char* kHotkeyCaption = "我的键盘";
+inline constexpr const char* kHotkeyEnable = "启用键盘下单";
+inline constexpr const char* kHotkeyConfirm = "键盘下单前确认";
+inline constexpr const char* kHotkeyBuyAtTouch = "对手价买入";
+inline constexpr const char* kHotkeySellAtTouch = "对手价卖出";
+inline constexpr const char* kHotkeyBuyAtPrice = "委托价买入";
+inline constexpr const char* kHotkeySellAtPrice = "委托价卖出";
+inline constexpr const char* kHotkeyHint =
+    "对手价：买入按叫卖价、卖出按叫买价；委托价：按价格框中的价格。数量、开平、止损和获利取自即时执"
+    "行页面。";
+inline constexpr const char* kMsgHotkeyDuplicate = "快捷键“%s”被重复设置，请修改！";
+inline constexpr const char* kButtonOk = "确定";
+inline constexpr const char* kButtonCancel = "取消";
+inline constexpr const char* kButtonClear = "清除";
+
+}  // namespace order_text

@@ -1,0 +1,377 @@
+// The ticket frame: account and symbol choice, subscription switching, quote and position
+// texts, pre-fill, symbol link, and what a closing ticket writes into the settings.
+#include "order/master_dialog.h"
+
+#include "app/exports.h"
+#include "app/settings.h"
+#include "ticket_fixture.h"
+
+namespace {
+
+class MasterDialogTest : public TicketTest {
+protected:
+    std::vector<std::string> subscriptionCalls() const {
+        std::vector<std::string> out;
+        for (const auto& c : host.calls)
+            if (c.rfind("Subscribe", 0) == 0 || c.rfind("Unsubscribe", 0) == 0) out.push_back(c);
+        return out;
+    }
+    std::string h() const { return std::to_string(ticket->handle()); }
+    std::intptr_t link(std::uintptr_t wParam, const tagSymbol* s) {
+        return manage.sendMessage(ticket->handle(), kMsgSymbolLink, wParam,
+                                  reinterpret_cast<std::uintptr_t>(s));
+    }
+};
+
+TEST_F(MasterDialogTest, SubscriptionMovesWithTheSymbolAndIsNeverDoubled) {
+    openTicket();
+    EXPECT_TRUE(subscriptionCalls().empty());  // no symbol, nothing sent
+    EXPECT_FALSE(ticket->selectSymbol(tagSymbol{1, ""}));
+    ticket->selectSymbol({1, "ag2412"});
+    ticket->selectSymbol({1, "ag2412"});  // the same again: nothing
+    ticket->selectSymbol({1, "rb2410"});
+    ticket->close();
+    ticket->close();
+    ticket.reset();  // destroying a closed ticket sends nothing more
+    const std::string hw = std::to_string(host.subscriptions.at(0).hWnd);
+    EXPECT_EQ(
+        subscriptionCalls(),
+        (std::vector<std::string>{"Subscribe " + hw + " ag2412", "Unsubscribe " + hw + " ag2412",
+                                  "Subscribe " + hw + " rb2410", "Unsubscribe " + hw + " rb2410"}));
+    ASSERT_EQ(host.subscriptions.size(), 4u);
+    EXPECT_EQ(host.subscriptions[0].symbol, (tagSymbol{1, "ag2412"}));
+}
+
+TEST_F(MasterDialogTest, DestroyedWithoutCloseUnsubscribesAndWritesNothing) {
+    openOn("ag2412");
+    const HelmsmanSettings before = manage.settings();
+    ticket->normalOrder().controls().useBidAsk = !before.bUseBidAskPrice;
+    const WndHandle hw = ticket->handle();
+    ticket.reset();
+    EXPECT_EQ(subscriptionCalls().back(), "Unsubscribe " + std::to_string(hw) + " ag2412");
+    EXPECT_EQ(manage.settings(), before);
+    EXPECT_EQ(manage.target(hw), nullptr);
+}
+
+TEST_F(MasterDialogTest, UntradableSymbolRefusedAndTheOldOneKept) {
+    host.specs["rb2410"].bTradable = false;
+    openOn("ag2412");
+    EXPECT_FALSE(ticket->selectSymbol({1, "rb2410"}));
+    ASSERT_EQ(prompter.boxes.size(), 1u);
+    EXPECT_EQ(prompter.boxes[0].caption, "提示");
+    EXPECT_EQ(prompter.boxes[0].text, "当前商品不能进行交易，请重新选择商品！");
+    EXPECT_EQ(ticket->symbol(), (tagSymbol{1, "ag2412"}));
+    EXPECT_TRUE(ticket->subscribed());
+    EXPECT_EQ(subscriptionCalls().size(), 1u);
+}
+
+TEST_F(MasterDialogTest, CodeIsCutToEightBytes) {
+    host.specs["abcdefgh"] = spec(1.0f, 1, 10, 0.1);
+    openOn("abcdefghij");
+    EXPECT_EQ(ticket->symbol().strCode, "abcdefgh");
+}
+
+TEST_F(MasterDialogTest, SymbolLinkReturns) {
+    host.specs["rb2410"].bTradable = true;
+    host.specs["cu2409"] = spec(10.0f, 1, 5, 0.1, false);
+    openOn("ag2412");
+    const tagSymbol same{1, "ag2412"}, otherExchange{2, "ag2412"}, other{1, "rb2410"}, empty{1, ""},
+        untradable{1, "cu2409"};
+    struct {
+        std::uintptr_t w;
+        const tagSymbol* s;
+        std::intptr_t expect;
+        const char* now;
+    } cases[] = {
+        {1, &same, 0, "ag2412"},   {0, &other, 0, "ag2412"},         {2, &other, 0, "ag2412"},
+        {1, nullptr, 0, "ag2412"}, {1, &empty, 0, "ag2412"},         {1, &untradable, 0, "ag2412"},
+        {1, &other, 1, "rb2410"},  {1, &otherExchange, 1, "ag2412"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(link(c.w, c.s), c.expect) << c.now;
+        EXPECT_EQ(ticket->symbol().strCode, c.now);
+    }
+    EXPECT_EQ(ticket->symbol().wExchangeID, 2);
+    EXPECT_EQ(ticket->exchangeId(), 2);
+}
+
+TEST_F(MasterDialogTest, QuotesOfOtherSymbolsAreIgnored) {
+    openOn("ag2412");
+    int notified = 0;
+    ticket->setListener([&](unsigned what) { notified += (what & kTicketQuote) ? 1 : 0; });
+    EXPECT_EQ(deliverQuote(quote("rb2410", 1, 2, 3)), 1);
+    EXPECT_EQ(deliverQuote(quote("ag2412", 1, 2, 3, 0, 0, 2)), 1);  // other exchange
+    EXPECT_EQ(notified, 0);
+    EXPECT_FALSE(ticket->quoteValid());
+    EXPECT_STREQ(ticket->quoteTexts().last.data(), "-");
+
+    EXPECT_EQ(deliverQuote(quote("ag2412", 3001.0, 3001.4, 3001.2, 2950, 3050.2)), 1);
+    EXPECT_EQ(notified, 1);
+    const TicketQuoteTexts& q = ticket->quoteTexts();
+    EXPECT_STREQ(q.last.data(), "3001.2");  // one decimal on a 0.2 tick
+    EXPECT_STREQ(q.bid.data(), "3001.0");
+    EXPECT_STREQ(q.bidVol.data(), "3");
+    EXPECT_STREQ(q.ask.data(), "3001.4");
+    EXPECT_STREQ(q.askVol.data(), "4");
+    EXPECT_STREQ(q.lower.data(), "2950.0");
+    EXPECT_STREQ(q.upper.data(), "3050.2");
+    // Other codes of message 2070 are acknowledged and change nothing.
+    EXPECT_EQ(manage.sendMessage(ticket->handle(), kMsgDataChange, kEventOrderChanged, 0), 1);
+}
+
+TEST_F(MasterDialogTest, SnapshotMakesTheQuoteValidAndSeedsThePriceBox) {
+    host.quotes["ag2412"] = quote("ag2412", 3001.0, 3001.4, 3001.2);
+    openOn("ag2412");
+    EXPECT_TRUE(ticket->quoteValid());
+    EXPECT_EQ(ticket->normalOrder().controls().price, 3001.2);
+    EXPECT_STREQ(ticket->quoteTexts().bid.data(), "3001.0");
+}
+
+TEST_F(MasterDialogTest, PositionTexts) {
+    struct {
+        bool has;
+        double total, lng, sht;
+        int readResult;
+        const char* expect;
+    } cases[] = {
+        {false, 0, 0, 0, 1, "持仓:0"},     {true, 0, 0, 0, 1, "持仓:0"},
+        {true, 5, 3, 2, 1, "持仓:5(3/2)"}, {true, 12, 0, 12, 1, "持仓:12(0/12)"},
+        {true, 5, 3, 2, 0, "持仓:0"},  // the read failed
+    };
+    for (const auto& c : cases) {
+        host.positions.clear();
+        host.positionResult = c.readResult;
+        if (c.has) {
+            tagOpenedPosition p;
+            p.strAccountID = "A1";
+            p.strBrokerID = "B1";
+            p.nExchangeID = 1;
+            p.strCode = "ag2412";
+            p.dTotal = c.total;
+            p.dLong = c.lng;
+            p.dShort = c.sht;
+            host.positions.push_back(p);
+        }
+        openOn("ag2412");
+        EXPECT_EQ(ticket->positionText(), c.expect);
+    }
+}
+
+TEST_F(MasterDialogTest, OpenableQuantity) {
+    struct {
+        double available;
+        bool fundsReadable;
+        double multiplier, margin, last;
+        const char* expect;
+    } cases[] = {
+        // 100000 / (3000 × 10 × 0.1) = 33.3
+        {100000, true, 10, 0.1, 3000, "可开:33"}, {3000, true, 10, 0.1, 3000, "可开:1"},
+        {2999.99, true, 10, 0.1, 3000, "可开:0"}, {0, true, 10, 0.1, 3000, "可开:0"},
+        {-50, true, 10, 0.1, 3000, "可开:0"},     {100000, false, 10, 0.1, 3000, "可开:N/A"},
+        {100000, true, 0, 0.1, 3000, "可开:N/A"}, {100000, true, 10, 0.000001, 3000, "可开:N/A"},
+        {100000, true, 10, 0.1, 0, "可开:N/A"},
+    };
+    for (const auto& c : cases) {
+        host.summaries.clear();
+        if (c.fundsReadable)
+            host.summaries["A1"] = tagAccountSummary{"A1", "B1", 0, 0, c.available};
+        host.specs["ag2412"] = spec(0.2f, 1, c.multiplier, c.margin);
+        openOn("ag2412");
+        EXPECT_EQ(ticket->openableText(), "可开:N/A");  // no price yet
+        deliverQuote(quote("ag2412", 0, 0, c.last));
+        EXPECT_EQ(ticket->openableText(), c.expect) << c.available << " " << c.last;
+    }
+}
+
+TEST_F(MasterDialogTest, OpenableFallsBackToTheQuoteSides) {
+    openOn("ag2412");
+    deliverQuote(quote("ag2412", 2500, 5000, 0));  // no last: the ask
+    EXPECT_EQ(ticket->openableText(), "可开:20");
+    deliverQuote(quote("ag2412", 2500, 0, 0));  // no ask either: the bid
+    EXPECT_EQ(ticket->openableText(), "可开:40");
+}
+
+TEST_F(MasterDialogTest, NoAccountMeansNoOpenable) {
+    host.accounts.clear();
+    openOn("ag2412");
+    deliverQuote(quote("ag2412", 1, 2, 3000));
+    EXPECT_EQ(ticket->account(), nullptr);
+    EXPECT_EQ(ticket->openableText(), "可开:N/A");
+    EXPECT_EQ(ticket->positionText(), "持仓:0");
+}
+
+TEST_F(MasterDialogTest, DefaultAccountFromTheSettings) {
+    settings([](HelmsmanSettings& s) {
+        s.bUserDefaultAcct = 1;
+        s.strAccountID = "A2";
+        s.strBrokerID = "B2";
+    });
+    openTicket();
+    ASSERT_NE(ticket->account(), nullptr);
+    EXPECT_EQ(ticket->account()->strAccountID, "A2");
+    EXPECT_EQ(CMasterDialog::accountText(*ticket->account()), "A2(李四)");
+
+    settings([](HelmsmanSettings& s) { s.bUserDefaultAcct = 0; });
+    openTicket();
+    EXPECT_EQ(ticket->account()->strAccountID, "A1");
+}
+
+TEST_F(MasterDialogTest, InitialVolume) {
+    struct {
+        int saveVolume;
+        double last, def;
+        const char* expect;
+    } cases[] = {
+        {1, 7, 3, "7"},
+        {0, 7, 3, "3"},
+        {0, 7, 0, "1"},
+        {1, 0, 3, "1"},
+    };
+    for (const auto& c : cases) {
+        settings([&](HelmsmanSettings& s) {
+            s.bSaveVolume = c.saveVolume;
+            s.dLastVolume = c.last;
+            s.dDefaultVolume = c.def;
+        });
+        openTicket();
+        EXPECT_EQ(ticket->normalOrder().controls().volumeText, c.expect);
+    }
+}
+
+TEST_F(MasterDialogTest, OpensOnTheSavedSymbolOnlyWhenAsked) {
+    settings([](HelmsmanSettings& s) {
+        s.bLoadLastSymbol = 0;
+        s.wExchangeID = 1;
+        s.szSymbolCode = "rb2410";
+        s.bShowChartWnd = 1;
+    });
+    openTicket();
+    EXPECT_TRUE(ticket->symbol().empty());
+    EXPECT_FALSE(ticket->subscribed());
+    EXPECT_TRUE(ticket->chartShown());
+    EXPECT_EQ(ticket->exchangeId(), 1);  // the first exchange's list is shown
+
+    settings([](HelmsmanSettings& s) { s.bLoadLastSymbol = 1; });
+    openTicket();
+    EXPECT_EQ(ticket->symbol(), (tagSymbol{1, "rb2410"}));
+    EXPECT_TRUE(ticket->subscribed());
+    EXPECT_EQ(ticket->exchangeSymbols().size(), 2u);
+}
+
+TEST_F(MasterDialogTest, Prefill) {
+    tagHelmsmanPrefill block;
+    block.account = FakeHost::account("A2", "", "");
+    block.symbol = {2, "m2501"};
+    block.dPrice = 3120;
+    block.dStopLoss = 3100;
+    block.dTakeProfit = 3150;
+    block.dVolume = 4;
+    settings([](HelmsmanSettings& s) {
+        s.bUseBidAskPrice = 1;
+        s.bAutoFillStopLoss = 1;
+    });
+    openTicket(&block);
+    EXPECT_EQ(ticket->account()->strAccountID, "A2");
+    EXPECT_EQ(ticket->symbol(), (tagSymbol{2, "m2501"}));
+    EXPECT_EQ(ticket->exchangeId(), 2);
+    const auto& c = ticket->normalOrder().controls();
+    EXPECT_EQ(c.price, 3120);
+    EXPECT_FALSE(c.useBidAsk);  // the given price is the one used
+    EXPECT_TRUE(c.stopLoss);
+    EXPECT_FALSE(c.stopLossAuto);
+    EXPECT_EQ(c.stopLossPrice, 3100);
+    EXPECT_TRUE(c.takeProfit);
+    EXPECT_EQ(c.takeProfitPrice, 3150);
+    EXPECT_EQ(c.volumeText, "4");
+
+    tagHelmsmanPrefill unknownAccount;
+    unknownAccount.account = FakeHost::account("ZZ", "", "");
+    openTicket(&unknownAccount);
+    EXPECT_EQ(ticket->account()->strAccountID, "A1");
+    EXPECT_TRUE(ticket->symbol().empty());
+}
+
+TEST_F(MasterDialogTest, ClosingWritesTheTicketsState) {
+    settings([](HelmsmanSettings& s) {
+        s.bLoadLastSymbol = 1;
+        s.bSaveVolume = 1;
+        s.dDefaultVolume = 2;
+        s.bShowChartWnd = 1;
+    });
+    openOn("rb2410");
+    auto& c = ticket->normalOrder().controls();
+    c.volumeText = "6";
+    c.useBidAsk = true;
+    c.useOffset = true;
+    c.offsetPoints = 3.7;
+    c.algo = true;
+    c.stopLossAuto = true;
+    c.stopLossPoints = 15;
+    c.takeProfitAuto = true;
+    c.takeProfitPoints = 30;
+    ticket->setUseLocalTrigger(true);
+    ticket->setUseAlgoTrigger(true);
+    ticket->setChartShown(false);  // hiding the chart in one ticket is not a preference
+    HelmsmanSettings expected = manage.settings();
+    ticket->close();
+
+    expected.wExchangeID = 1;
+    expected.szSymbolCode = "rb2410";
+    expected.dLastVolume = 6;
+    expected.bUseBidAskPrice = 1;
+    expected.bUserBidAskOffset = 1;
+    expected.nOffsetPoint = 3;
+    expected.bUseAlgoTrading = 1;
+    expected.bUseLocalTrigger = 1;
+    expected.bUseAlgoTradingTrigger = 1;
+    expected.bAutoFillStopLoss = 1;
+    expected.nAFStopLossPoint = 15;
+    expected.bAutoFillTakeProfit = 1;
+    expected.nAFTakeProfitPoint = 30;
+    EXPECT_EQ(manage.settings(), expected);
+    EXPECT_EQ(loadSettings(manage.profilePath()), expected);  // and on disk
+
+    // A new ticket starts from what the last one left.
+    openTicket();
+    EXPECT_EQ(ticket->symbol(), (tagSymbol{1, "rb2410"}));
+    EXPECT_EQ(ticket->normalOrder().controls().volumeText, "6");
+    EXPECT_TRUE(ticket->normalOrder().controls().stopLoss);
+    EXPECT_EQ(ticket->normalOrder().controls().offsetPoints, 3);
+}
+
+TEST_F(MasterDialogTest, ClosingLeavesSymbolAndVolumeWhenNotKept) {
+    settings([](HelmsmanSettings& s) {
+        s.bLoadLastSymbol = 0;
+        s.wExchangeID = 2;
+        s.szSymbolCode = "m2501";
+        s.bSaveVolume = 0;
+        s.dLastVolume = 9;
+    });
+    openOn("rb2410");
+    ticket->normalOrder().controls().volumeText = "6";
+    const WndHandle hw = ticket->handle();
+    ticket->close();
+    EXPECT_EQ(manage.settings().szSymbolCode, "m2501");
+    EXPECT_EQ(manage.settings().wExchangeID, 2);
+    EXPECT_EQ(manage.settings().dLastVolume, 9);
+    // The handle is gone: a late quote reaches nobody.
+    const auto t = quote("rb2410", 1, 2, 3);
+    EXPECT_EQ(
+        manage.sendMessage(hw, kMsgDataChange, kEventQuote, reinterpret_cast<std::uintptr_t>(&t)),
+        0);
+}
+
+TEST_F(MasterDialogTest, AutoFillMenuChecksTheBox) {
+    openOn("ag2412");
+    auto& page = ticket->normalOrder();
+    ASSERT_FALSE(page.controls().stopLoss);
+    page.toggleAutoStopLoss();
+    EXPECT_TRUE(page.controls().stopLossAuto);
+    EXPECT_TRUE(page.controls().stopLoss);
+    page.toggleAutoStopLoss();
+    EXPECT_FALSE(page.controls().stopLossAuto);
+    page.toggleAutoTakeProfit();
+    EXPECT_TRUE(page.controls().takeProfit && page.controls().takeProfitAuto);
+}
+
+}  // namespace

@@ -1,0 +1,113 @@
+// A ticket core on a FakeHost, with its own manager (never the process-wide one), a
+// scripted prompter and UI, a manual clock and a throw-away user directory.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <random>
+#include <string>
+
+#include "app/helmsman_manage.h"
+#include "host/clock.h"
+#include "order/master_dialog.h"
+#include "support/fake_host.h"
+#include "support/scripted.h"
+
+class TicketTest : public ::testing::Test {
+protected:
+    static constexpr std::int64_t kNowMs = 1'717'000'000'000;
+
+    FakeHost host;
+    ScriptedPrompter prompter;
+    ScriptedUi ui;
+    ManualClock clock{kNowMs};
+    CHelmsmanManage manage;
+    std::filesystem::path root;
+    std::unique_ptr<CMasterDialog> ticket;
+
+    void SetUp() override {
+        static std::atomic<int> serial{0};
+        root = std::filesystem::temp_directory_path() /
+               ("helmsman_ticket_" + std::to_string(std::random_device{}()) + "_" +
+                std::to_string(serial++));
+        std::filesystem::remove_all(root);
+        manage.init(7, &host, root.string(), "trader", 0);
+        manage.setPrompter(&prompter);
+        manage.setUi(&ui);
+        manage.setClock(&clock);
+
+        host.accounts = {FakeHost::account("A1", "B1", "张三"),
+                         FakeHost::account("A2", "B2", "李四")};
+        host.exchanges = {{1, "上期所"}, {2, "大商所"}};
+        host.symbolsByExchange[1] = {{1, "ag2412"}, {1, "rb2410"}};
+        host.symbolsByExchange[2] = {{2, "m2501"}};
+        // A 0.2 tick: one point is 0.2, prices show one decimal.
+        host.specs["ag2412"] = spec(0.2f, 1, 10, 0.1);
+        host.specs["rb2410"] = spec(1.0f, 1, 10, 0.1);
+        host.specs["m2501"] = spec(1.0f, 1, 10, 0.1);
+        host.summaries["A1"] = tagAccountSummary{"A1", "B1", 0, 0, 100000};
+    }
+
+    void TearDown() override {
+        ticket.reset();
+        std::error_code ec;
+        std::filesystem::remove_all(root, ec);
+    }
+
+    static IModuleFutureTrader::ISpecDetailValue spec(float unit, int minMove, double mult,
+                                                      double margin, bool tradable = true) {
+        IModuleFutureTrader::ISpecDetailValue v;
+        v.fPriceUnit = unit;
+        v.nMinMove = minMove;
+        v.dMultiplier = mult;
+        v.dMarginRate = margin;
+        v.bTradable = tradable;
+        return v;
+    }
+
+    static IModuleFutureTrader::ITickEx quote(const std::string& code, double bid, double ask,
+                                              double last = 0, double lower = 0, double upper = 0,
+                                              std::uint16_t ex = 1) {
+        IModuleFutureTrader::ITickEx t;
+        t.wExchangeID = ex;
+        t.strCode = code;
+        t.dBid = bid;
+        t.dBidVol = 3;
+        t.dAsk = ask;
+        t.dAskVol = 4;
+        t.dLast = last;
+        t.dLowerLimit = lower;
+        t.dUpperLimit = upper;
+        return t;
+    }
+
+    // Changes the in-memory settings the way the options page would.
+    void settings(const std::function<void(HelmsmanSettings&)>& change) {
+        HelmsmanSettings s = manage.settings();
+        change(s);
+        manage.saveSettings(s);
+    }
+
+    // Opens a ticket (no pre-fill).
+    CMasterDialog& openTicket(const tagHelmsmanPrefill* prefill = nullptr) {
+        ticket = std::make_unique<CMasterDialog>(manage);
+        ticket->open(prefill);
+        return *ticket;
+    }
+
+    // Opens a ticket on a symbol.
+    CMasterDialog& openOn(const std::string& code, std::uint16_t ex = 1) {
+        CMasterDialog& t = openTicket();
+        EXPECT_TRUE(t.selectSymbol(tagSymbol{ex, code}));
+        return t;
+    }
+
+    std::intptr_t deliverQuote(const IModuleFutureTrader::ITickEx& t) {
+        return manage.sendMessage(ticket->handle(), kMsgDataChange, kEventQuote,
+                                  reinterpret_cast<std::uintptr_t>(&t));
+    }
+};
