@@ -412,8 +412,11 @@ void DeskWindow::startPump() {
 }
 
 void DeskWindow::pumpOnce() {
-    onQuoteTimer();
-    onDeliverTimer();
+    BusyMeter::Section section(m_busy);
+    m_exchange.step();
+    m_exchange.deliverPending();
+    refreshMonitors(true);
+    updateStatus();
 }
 
 void DeskWindow::onDeliverTimer() {

@@ -50,7 +50,7 @@ public:
     // export or when nothing suitable is there to hand it.
     bool openTool(const QString& exportName, QString* reason = nullptr);
 
-    // One quote round and one delivery at once (start-up, tests).
+    // One quote round, one delivery and a full monitor refresh at once (start-up, tests).
     void pumpOnce();
 
     BusyMeter& busyMeter() { return m_busy; }
