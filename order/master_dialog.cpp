@@ -1,5 +1,6 @@
 #include "order/master_dialog.h"
 
+#include <charconv>
 #include <climits>
 #include <cmath>
 #include <cstdio>
@@ -20,20 +21,34 @@ tagSymbol normalised(const tagSymbol& s) {
     return out;
 }
 
+// Fixed-point text without the C locale's say: the Qt application sets the process locale
+// from the environment, and a price must never show a decimal comma. No allocation.
+template <std::size_t N>
+void formatFixed(std::array<char, N>& out, double v, int decimals) {
+    const auto r =
+        std::to_chars(out.data(), out.data() + N - 1, v, std::chars_format::fixed, decimals);
+    *(r.ec == std::errc() ? r.ptr : out.data()) = '\0';
+}
+
+template <std::size_t N>
+void formatAbsent(std::array<char, N>& out) {
+    std::snprintf(out.data(), N, "%s", order_text::kNoValue);
+}
+
 template <std::size_t N>
 void formatPrice(std::array<char, N>& out, double v, int decimals) {
     if (isPricePresent(v))
-        std::snprintf(out.data(), N, "%.*f", decimals, v);
+        formatFixed(out, v, decimals);
     else
-        std::snprintf(out.data(), N, "%s", order_text::kNoValue);
+        formatAbsent(out);
 }
 
 template <std::size_t N>
 void formatVolume(std::array<char, N>& out, double v) {
     if (isPricePresent(v))
-        std::snprintf(out.data(), N, "%.f", v);
+        formatFixed(out, v, 0);
     else
-        std::snprintf(out.data(), N, "%s", order_text::kNoValue);
+        formatAbsent(out);
 }
 
 }  // namespace
@@ -353,6 +368,7 @@ void CMasterDialog::formatOpenable() {
     }
     double lots = m_available > 0 ? std::floor(m_available / perLot) : 0.0;
     if (lots > static_cast<double>(INT_MAX)) lots = static_cast<double>(INT_MAX);
+    if (static_cast<int>(lots) == m_openable) return;  // most quotes change nothing here
     m_openable = static_cast<int>(lots);
     std::snprintf(m_openableText.data(), m_openableText.size(), order_text::kOpenableFormat,
                   m_openable);

@@ -29,9 +29,10 @@ double CNormalOrder::parseVolume(const std::string& text) {
 }
 
 std::string CNormalOrder::formatNumber(double v) {
+    // to_chars, not printf: the process locale may use a decimal comma.
     char buf[64];
-    std::snprintf(buf, sizeof buf, "%.4f", v);
-    std::string s(buf);
+    const auto r = std::to_chars(buf, buf + sizeof buf, v, std::chars_format::fixed, 4);
+    std::string s(buf, r.ec == std::errc() ? r.ptr : buf);
     if (s.find('.') != std::string::npos) {
         while (!s.empty() && s.back() == '0') s.pop_back();
         if (!s.empty() && s.back() == '.') s.pop_back();
