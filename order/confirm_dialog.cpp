@@ -69,6 +69,11 @@ std::int32_t CConfirmDialog::direction() const {
     return m_isTrigger ? m_trigger.nDirection : m_order.nDirection;
 }
 
+std::string CConfirmDialog::symbol() const {
+    return m_isTrigger ? confirm_fmt::symbolOf(m_trigger.strCode, m_trigger.strSymbolText)
+                       : confirm_fmt::symbolOf(m_order.strCode, m_order.strSymbolText);
+}
+
 std::string CConfirmDialog::title() const {
     return confirm_fmt::format(kTitle, m_caller.c_str());
 }
@@ -76,10 +81,7 @@ std::string CConfirmDialog::title() const {
 std::vector<std::string> CConfirmDialog::lines() const {
     // Both kinds of order carry the same pieces; read them once.
     const std::string& account = m_isTrigger ? m_trigger.strAccountID : m_order.strAccountID;
-    const std::string symbol =
-        m_isTrigger ? confirm_fmt::symbolOf(m_trigger.strCode, m_trigger.strSymbolText)
-                    : confirm_fmt::symbolOf(m_order.strCode, m_order.strSymbolText);
-    const std::int32_t openClose = m_isTrigger ? m_trigger.nOpenClose : m_order.nOpenClose;
+    const std::string symbol = this->symbol();
     const double volume = m_isTrigger ? m_trigger.dVolume : m_order.dVolume;
     const double orderPrice = m_isTrigger ? m_trigger.dPrice : m_order.dPrice;
     const double stop = m_isTrigger ? m_trigger.dStopLoss : m_order.dStopLoss;
@@ -91,7 +93,7 @@ std::vector<std::string> CConfirmDialog::lines() const {
     out.push_back(
         confirm_fmt::format(m_isTrigger ? kTriggerAccount : kPlainAccount, account.c_str()));
 
-    std::string orderLine = confirm_fmt::format(openClose == kOpen ? kOpenLine : kCloseLine,
+    std::string orderLine = confirm_fmt::format(openClose() == kOpen ? kOpenLine : kCloseLine,
                                                 dirText.c_str(), symbol.c_str(), volume);
     if (m_isTrigger && !isPricePresent(orderPrice))
         orderLine += kMarketPrice;

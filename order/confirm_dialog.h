@@ -65,6 +65,11 @@ public:
     const std::string& caller() const { return m_caller; }
     // kDirBuy / kDirSell of whichever order is held (the window colours by it).
     std::int32_t direction() const;
+    // The open/close flag and the symbol as the text block names them.
+    std::int32_t openClose() const {
+        return m_isTrigger ? m_trigger.nOpenClose : m_order.nOpenClose;
+    }
+    std::string symbol() const;
     // Decimals the prices are shown with (-1: contract unknown).
     int decimals() const { return m_decimals; }
 

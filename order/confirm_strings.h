@@ -37,6 +37,7 @@ inline constexpr const char* kTriggerSendFailed = "%d笔触发单发送失败：
 
 // ---- In-place edits of the batch confirmation (our own limits) -------------------------
 inline constexpr const char* kEditCaption = "提示";
+inline constexpr const char* kEditTip = "双击修改";
 inline constexpr const char* kEditNotNumber = "输入错误，请输入数字！";
 inline constexpr const char* kEditPriceNotPositive = "输入错误，委托价格必须大于0！";
 inline constexpr const char* kEditPriceOutsideLimits =

@@ -1,0 +1,108 @@
+#include "order/ui/bargain_window.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include "order/confirm_dialog.h"
+#include "order/confirm_strings.h"
+#include "order/ui/confirm_order_dialog.h"
+#include "order/ui/multi_confirm_dialog.h"
+
+BargainWindow::BargainWindow(CSubscibeManage* facade, QWidget* parent)
+    : QWidget(parent, Qt::Window), m_core(facade) {
+    setWindowTitle(QString::fromUtf8(confirm_text::kFillWindowTitle));
+    // Shown, not activated: a fill must not steal the keyboard from the ticket.
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setWindowFlag(Qt::WindowStaysOnTopHint);
+
+    auto* banner = new QWidget(this);
+    banner->setObjectName("latestBanner");
+    auto* bannerLayout = new QVBoxLayout(banner);
+    bannerLayout->setContentsMargins(12, 8, 12, 8);
+    bannerLayout->setSpacing(2);
+    m_latestTitle = new QLabel(banner);
+    m_latestTitle->setObjectName("latestTitle");
+    m_latestBody = new QLabel(banner);
+    m_latestBody->setObjectName("latestBody");
+    m_latestBody->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    bannerLayout->addWidget(m_latestTitle);
+    bannerLayout->addWidget(m_latestBody);
+
+    m_list = new QTableWidget(0, 3, this);
+    m_list->setObjectName("fillList");
+    m_list->setHorizontalHeaderLabels({QString::fromUtf8(confirm_text::kFillTimeColumn),
+                                       QString::fromUtf8(confirm_text::kFillTitleColumn),
+                                       QString::fromUtf8(confirm_text::kFillBodyColumn)});
+    m_list->verticalHeader()->setVisible(false);
+    m_list->verticalHeader()->setDefaultSectionSize(m_list->fontMetrics().height() + 8);
+    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_list->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_list->horizontalHeader()->setStretchLastSection(true);
+    m_list->horizontalHeader()->setHighlightSections(false);
+    const QFontMetrics fm = m_list->fontMetrics();
+    m_list->setColumnWidth(0, fm.horizontalAdvance("00:00:00") + 16);
+    // Wide enough for the longest title and a typical body, measured from the real formats.
+    const QString sampleTitle =
+        QString::fromStdString(confirm_fmt::format(confirm_text::kFillCloseSell, "88888888"));
+    const QString sampleBody = QString::fromStdString(
+        confirm_fmt::format(confirm_text::kFillSellBody, "IF2406", 100.0, "100000") + "10000.00");
+    m_list->setColumnWidth(1, fm.horizontalAdvance(sampleTitle) + 16);
+
+    auto* close = new QPushButton(QString::fromUtf8(confirm_text::kFillClose), this);
+    close->setObjectName("closeButton");
+    close->setMinimumWidth(90);
+    connect(close, &QPushButton::clicked, this, &QWidget::hide);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(close);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(banner);
+    layout->addWidget(m_list, 1);
+    layout->addLayout(buttons);
+    resize(m_list->columnWidth(0) + m_list->columnWidth(1) + fm.horizontalAdvance(sampleBody) + 60,
+           300);
+}
+
+void BargainWindow::showFills(const std::vector<tagBargainOrder>& fills) {
+    m_core.setFills(fills);
+    redraw();
+    if (!isVisible()) show();
+    raise();
+}
+
+void BargainWindow::redraw() {
+    const auto& entries = m_core.entries();
+    m_list->setRowCount(static_cast<int>(entries.size()));
+    for (int r = 0; r < static_cast<int>(entries.size()); ++r) {
+        const auto& e = entries[static_cast<std::size_t>(r)];
+        const QColor colour = confirm_ui::directionColor(e.buy);
+        auto* time = confirm_ui::readOnlyItem(e.time);
+        auto* title = confirm_ui::readOnlyItem(e.title);
+        title->setForeground(colour);
+        auto* body = confirm_ui::readOnlyItem(e.body);
+        m_list->setItem(r, 0, time);
+        m_list->setItem(r, 1, title);
+        m_list->setItem(r, 2, body);
+    }
+    if (entries.empty()) {
+        m_latestTitle->clear();
+        m_latestBody->clear();
+        return;
+    }
+    const auto& latest = entries.back();
+    const QColor colour = confirm_ui::directionColor(latest.buy);
+    m_latestTitle->setText(QString::fromStdString(latest.title));
+    m_latestTitle->setStyleSheet(
+        QStringLiteral("color: %1; font-size: 16px; font-weight: bold;").arg(colour.name()));
+    m_latestBody->setText(QString::fromStdString(latest.body));
+    m_latestBody->setStyleSheet("font-size: 14px;");
+    const int last = static_cast<int>(entries.size()) - 1;
+    m_list->selectRow(last);
+    m_list->scrollToItem(m_list->item(last, 0));
+}

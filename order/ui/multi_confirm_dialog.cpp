@@ -1,0 +1,242 @@
+#include "order/ui/multi_confirm_dialog.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include "app/column_spec.h"
+#include "app/helmsman_manage.h"
+#include "order/confirm_strings.h"
+#include "order/ui/confirm_order_dialog.h"
+
+namespace confirm_ui {
+
+void applyColumns(QTableWidget* table, const char* spec) {
+    const auto columns = parseColumnSpec(spec);
+    table->setColumnCount(static_cast<int>(columns.size()));
+    QStringList titles;
+    for (const auto& c : columns) titles << QString::fromStdString(c.title);
+    table->setHorizontalHeaderLabels(titles);
+    // A horizontal dialog unit of the classic 9-point dialog font is about 1.5 pixels;
+    // fitColumns() widens any column whose heading or cells need more.
+    const double unit = 1.5;
+    for (int i = 0; i < static_cast<int>(columns.size()); ++i)
+        table->setColumnWidth(i, static_cast<int>(columns[i].width * unit + 0.5));
+}
+
+QTableWidgetItem* readOnlyItem(const std::string& text) {
+    auto* item = new QTableWidgetItem(QString::fromStdString(text));
+    item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+    return item;
+}
+
+int tableWidth(const QTableWidget* table) {
+    int w = table->verticalHeader()->isVisible() ? table->verticalHeader()->width() : 0;
+    for (int i = 0; i < table->columnCount(); ++i) w += table->columnWidth(i);
+    return w + 2 * table->frameWidth() + table->verticalScrollBar()->sizeHint().width();
+}
+
+static void setupTable(QTableWidget* table) {
+    table->verticalHeader()->setVisible(false);
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table->setSelectionMode(QAbstractItemView::SingleSelection);
+    table->setAlternatingRowColors(false);
+    table->horizontalHeader()->setHighlightSections(false);
+    table->horizontalHeader()->setStretchLastSection(false);
+    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 10);
+}
+
+// Makes every column at least as wide as its heading and its widest cell.
+static void fitColumns(QTableWidget* table) {
+    for (int c = 0; c < table->columnCount(); ++c) {
+        const int spec = table->columnWidth(c);
+        table->resizeColumnToContents(c);
+        table->setColumnWidth(c, std::max(spec, table->columnWidth(c) + 8));
+    }
+}
+
+}  // namespace confirm_ui
+
+using confirm_ui::readOnlyItem;
+
+// ---- BatchOrderTable -------------------------------------------------------------------
+
+BatchOrderTable::BatchOrderTable(CMultiConfirm& core, CHelmsmanManage& manager, QWidget* parent)
+    : QTableWidget(parent), m_core(core), m_manager(manager) {
+    confirm_ui::setupTable(this);
+    confirm_ui::applyColumns(this, CMultiConfirm::columnSpec());
+    setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
+    refresh();
+    confirm_ui::fitColumns(this);
+    connect(this, &QTableWidget::itemChanged, this, &BatchOrderTable::onItemChanged);
+    // A double-click anywhere else on the row edits its price.
+    connect(this, &QTableWidget::cellDoubleClicked, this, [this](int row, int column) {
+        if (column != CMultiConfirm::kColPrice && column != CMultiConfirm::kColVolume)
+            editRow(row, CMultiConfirm::kColPrice);
+    });
+}
+
+void BatchOrderTable::refresh() {
+    m_filling = true;
+    setRowCount(static_cast<int>(m_core.rowCount()));
+    for (int r = 0; r < rowCount(); ++r) fillRow(r);
+    m_filling = false;
+}
+
+void BatchOrderTable::fillRow(int row) {
+    const auto& order = m_core.orders()[static_cast<std::size_t>(row)];
+    const QColor colour = confirm_ui::directionColor(order.nDirection == kDirBuy);
+    for (int c = 0; c < CMultiConfirm::kColCount; ++c) {
+        QTableWidgetItem* item = readOnlyItem(m_core.cell(static_cast<std::size_t>(row), c));
+        if (c == CMultiConfirm::kColPrice || c == CMultiConfirm::kColVolume) {
+            item->setFlags(item->flags() | Qt::ItemIsEditable);
+            item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            item->setToolTip(QString::fromUtf8(confirm_text::kEditTip));
+        }
+        if (c == CMultiConfirm::kColSymbol) item->setForeground(colour);
+        setItem(row, c, item);
+    }
+}
+
+void BatchOrderTable::editRow(int row, int column) {
+    if (row < 0 || row >= rowCount()) return;
+    setCurrentCell(row, column);
+    editItem(item(row, column));
+}
+
+void BatchOrderTable::onItemChanged(QTableWidgetItem* changed) {
+    if (m_filling) return;
+    const int row = changed->row();
+    const int column = changed->column();
+    const std::string typed = changed->text().toStdString();
+    EditResult result;
+    if (column == CMultiConfirm::kColPrice)
+        result = m_core.editPrice(static_cast<std::size_t>(row), typed);
+    else if (column == CMultiConfirm::kColVolume)
+        result = m_core.editVolume(static_cast<std::size_t>(row), typed);
+    else
+        return;
+    // Show what the order now is: the rounded price, or the old value after a refusal.
+    m_filling = true;
+    fillRow(row);
+    m_filling = false;
+    if (!result.ok) {
+        m_manager.prompter().inform(confirm_text::kEditCaption, result.message,
+                                    PromptIcon::Exclamation);
+        return;
+    }
+    emit edited();
+}
+
+// ---- MultiConfirmDialog ----------------------------------------------------------------
+
+static QHBoxLayout* buttonRow(QPushButton* ok, QPushButton* cancel, bool buyColour, bool coloured) {
+    ok->setDefault(true);
+    ok->setAutoDefault(true);
+    cancel->setAutoDefault(false);
+    if (coloured) ok->setStyleSheet(confirm_ui::directionButtonStyle(buyColour));
+    ok->setMinimumWidth(90);
+    cancel->setMinimumWidth(90);
+    auto* row = new QHBoxLayout;
+    row->addStretch();
+    row->addWidget(ok);
+    row->addWidget(cancel);
+    return row;
+}
+
+// Whether every order of a batch goes the same way (then the accept button takes its colour).
+template <class Orders>
+static int commonDirection(const Orders& orders) {
+    if (orders.empty()) return 0;
+    for (const auto& o : orders)
+        if (o.nDirection != orders.front().nDirection) return 0;
+    return orders.front().nDirection;
+}
+
+MultiConfirmDialog::MultiConfirmDialog(CMultiConfirm& core, CHelmsmanManage& manager,
+                                       QWidget* parent)
+    : QDialog(parent) {
+    setWindowTitle(QString::fromStdString(core.title()));
+    setModal(true);
+    m_table = new BatchOrderTable(core, manager, this);
+    auto* summary = new QLabel(QString::fromStdString(core.summary()), this);
+    summary->setObjectName("summaryLabel");
+    summary->setStyleSheet("font-weight: bold;");
+    connect(m_table, &BatchOrderTable::edited, summary,
+            [summary, &core] { summary->setText(QString::fromStdString(core.summary())); });
+
+    m_ok = new QPushButton(QString::fromUtf8(confirm_text::kOk), this);
+    m_ok->setObjectName("okButton");
+    m_cancel = new QPushButton(QString::fromUtf8(confirm_text::kCancel), this);
+    m_cancel->setObjectName("cancelButton");
+    connect(m_ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(m_cancel, &QPushButton::clicked, this, &QDialog::reject);
+    const int dir = commonDirection(core.orders());
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(summary);
+    layout->addWidget(m_table, 1);
+    layout->addLayout(buttonRow(m_ok, m_cancel, dir == kDirBuy, dir != 0));
+    const int rows = std::min<int>(static_cast<int>(core.rowCount()), 12);
+    resize(std::max(confirm_ui::tableWidth(m_table) + 24, 420),
+           m_table->horizontalHeader()->sizeHint().height() +
+               rows * m_table->verticalHeader()->defaultSectionSize() + 90);
+    m_ok->setFocus();
+}
+
+// ---- MultiTriggerConfirmDialog ---------------------------------------------------------
+
+MultiTriggerConfirmDialog::MultiTriggerConfirmDialog(std::unique_ptr<CMultiTriggerConfirm> core,
+                                                     CHelmsmanManage& manager, QWidget* parent)
+    : QDialog(parent), m_core(std::move(core)), m_manager(manager) {
+    setWindowTitle(QString::fromStdString(m_core->title()));
+    setModal(true);
+    m_table = new QTableWidget(this);
+    confirm_ui::setupTable(m_table);
+    confirm_ui::applyColumns(m_table, CMultiTriggerConfirm::columnSpec());
+    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_table->setRowCount(static_cast<int>(m_core->rowCount()));
+    for (int r = 0; r < m_table->rowCount(); ++r) {
+        const auto& o = m_core->orders()[static_cast<std::size_t>(r)];
+        for (int c = 0; c < CMultiTriggerConfirm::kColCount; ++c) {
+            auto* item = readOnlyItem(m_core->cell(static_cast<std::size_t>(r), c));
+            if (c >= CMultiTriggerConfirm::kColTrigger)
+                item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            if (c == CMultiTriggerConfirm::kColSymbol)
+                item->setForeground(confirm_ui::directionColor(o.nDirection == kDirBuy));
+            m_table->setItem(r, c, item);
+        }
+    }
+    confirm_ui::fitColumns(m_table);
+
+    m_ok = new QPushButton(QString::fromUtf8(confirm_text::kOk), this);
+    m_ok->setObjectName("okButton");
+    m_cancel = new QPushButton(QString::fromUtf8(confirm_text::kCancel), this);
+    m_cancel->setObjectName("cancelButton");
+    connect(m_ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(m_cancel, &QPushButton::clicked, this, &QDialog::reject);
+    const int dir = commonDirection(m_core->orders());
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_table, 1);
+    layout->addLayout(buttonRow(m_ok, m_cancel, dir == kDirBuy, dir != 0));
+    const int rows = std::min<int>(static_cast<int>(m_core->rowCount()), 12);
+    resize(std::max(confirm_ui::tableWidth(m_table) + 24, 420),
+           m_table->horizontalHeader()->sizeHint().height() +
+               rows * m_table->verticalHeader()->defaultSectionSize() + 64);
+    m_ok->setFocus();
+}
+
+void MultiTriggerConfirmDialog::accept() {
+    m_ok->setEnabled(false);  // one click, one batch
+    if (CSubscibeManage* facade = m_manager.facade()) {
+        const auto result = m_core->send(*facade);
+        const std::string failed = m_core->failureMessage(result);
+        if (!failed.empty())
+            m_manager.prompter().inform(confirm_text::kEditCaption, failed, PromptIcon::Warning);
+    }
+    QDialog::accept();
+}

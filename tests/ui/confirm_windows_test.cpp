@@ -1,0 +1,236 @@
+// Wiring of the confirmation and fill windows through the manager's UI seam. With
+// HELMSMAN_SCREENSHOT_DIR set, each window is also saved there as a PNG.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTimer>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+
+#include "app/helmsman_manage.h"
+#include "order/ui/bargain_window.h"
+#include "order/ui/confirm_order_dialog.h"
+#include "order/ui/multi_confirm_dialog.h"
+#include "order/ui/qt_module_ui.h"
+#include "order/ui/same_confirm_dialog.h"
+#include "support/fake_host.h"
+#include "support/scripted.h"
+
+namespace {
+
+QApplication& app() {
+    static int argc = 1;
+    static char name[] = "test_ui";
+    static char* argv[] = {name, nullptr};
+    static QApplication* a = QApplication::instance()
+                                 ? static_cast<QApplication*>(QApplication::instance())
+                                 : new QApplication(argc, argv);
+    return *a;
+}
+
+void screenshot(QWidget* w, const char* name) {
+    const char* dir = std::getenv("HELMSMAN_SCREENSHOT_DIR");
+    if (!dir || !*dir) return;
+    w->grab().save(QString::fromUtf8((std::filesystem::path(dir) / name).string().c_str()));
+}
+
+// Runs `act` on the modal dialog of type D once it is up.
+template <class D>
+void whenModal(std::function<void(D*)> act) {
+    QTimer::singleShot(0, [act] {
+        auto* d = qobject_cast<D*>(QApplication::activeModalWidget());
+        ASSERT_NE(d, nullptr);
+        act(d);
+    });
+}
+
+IModuleFutureTrader::ISpecDetailValue spec(float unit) {
+    IModuleFutureTrader::ISpecDetailValue v;
+    v.fPriceUnit = unit;
+    v.nMinMove = 1;
+    v.dMultiplier = 300;
+    return v;
+}
+
+tagBrokerOrder order(std::string acct, int dir, double vol, double price) {
+    tagBrokerOrder o;
+    o.strAccountID = std::move(acct);
+    o.strBrokerID = "9999";
+    o.nExchangeID = 1;
+    o.strCode = "IF2406";
+    o.nDirection = dir;
+    o.dVolume = vol;
+    o.dPrice = price;
+    return o;
+}
+
+class ConfirmWindows : public ::testing::Test {
+protected:
+    void SetUp() override {
+        app();
+        m_host.specs["IF2406"] = spec(0.2f);
+        IModuleFutureTrader::ITickEx q;
+        q.dLowerLimit = 2700;
+        q.dUpperLimit = 3300;
+        m_host.quotes["IF2406"] = q;
+        m_manager.init(0, &m_host, "/nonexistent-root", "u", 0);
+        m_manager.setPrompter(&m_prompter);
+        m_manager.setUi(&m_ui);
+    }
+    FakeHost m_host;
+    ScriptedPrompter m_prompter;
+    CHelmsmanManage m_manager;
+    QtModuleUi m_ui{&m_manager};
+};
+
+TEST_F(ConfirmWindows, SingleConfirmationAnswersAndTheManagerSends) {
+    tagBrokerOrder buy = order("8001", kDirBuy, 2, 3001.4);
+    buy.dStopLoss = 2990;
+    whenModal<ConfirmOrderDialog>([](ConfirmOrderDialog* d) {
+        EXPECT_EQ(d->windowTitle(), QString::fromUtf8("委托确认[舵手]"));
+        EXPECT_EQ(d->findChild<QLabel*>("confirmText")->text(),
+                  QString::fromUtf8("普通单,帐户:8001\n开仓买入IF2406合约2张,价格:3001.4\n"
+                                    "止损价:2990.0\n获利价:无"));
+        screenshot(d, "confirm_buy.png");
+        d->okButton()->click();
+    });
+    EXPECT_EQ(m_manager.submitOrder(buy, true, "舵手", nullptr), 1);
+    ASSERT_EQ(m_host.sent.size(), 1u);
+    EXPECT_EQ(m_host.sent[0].strRemark, "舵手");
+
+    tagBrokerOrder sell = order("8001", kDirSell, 1, 3000);
+    sell.nOpenClose = kClose;
+    whenModal<ConfirmOrderDialog>([](ConfirmOrderDialog* d) {
+        screenshot(d, "confirm_sell.png");
+        d->cancelButton()->click();
+    });
+    EXPECT_EQ(m_manager.submitOrder(sell, true, "舵手", nullptr), 0);
+    EXPECT_EQ(m_host.sent.size(), 1u);  // cancelled: nothing more sent
+}
+
+TEST_F(ConfirmWindows, BatchEditsTravelWithTheAcceptedBatch) {
+    std::vector<tagBrokerOrder> batch = {order("8001", kDirBuy, 2, 3001.4),
+                                         order("8002", kDirBuy, 1, 3001.4),
+                                         order("8003", kDirSell, 3, 3001.4)};
+    whenModal<MultiConfirmDialog>([this](MultiConfirmDialog* d) {
+        EXPECT_EQ(d->windowTitle(), QString::fromUtf8("委托确认[批量] - 双击可修改价格数量"));
+        QTableWidget* t = d->table();
+        ASSERT_EQ(t->rowCount(), 3);
+        t->item(0, CMultiConfirm::kColVolume)->setText("5");      // accepted
+        t->item(1, CMultiConfirm::kColPrice)->setText("3001.3");  // rounded up for a buy
+        t->item(2, CMultiConfirm::kColPrice)->setText("3400");    // outside the band: refused
+        EXPECT_EQ(t->item(1, CMultiConfirm::kColPrice)->text(), "3001.4");
+        EXPECT_EQ(t->item(2, CMultiConfirm::kColPrice)->text(), "3001.4");
+        ASSERT_EQ(m_prompter.boxes.size(), 1u);
+        EXPECT_EQ(m_prompter.lastCaption(), "提示");
+        screenshot(d, "batch_confirm.png");
+        d->okButton()->click();
+    });
+    EXPECT_EQ(m_manager.submitBatch(batch, true, "批量", nullptr), 1);
+    ASSERT_EQ(m_host.sent.size(), 3u);
+    EXPECT_DOUBLE_EQ(m_host.sent[0].dVolume, 5);
+    EXPECT_DOUBLE_EQ(m_host.sent[1].dPrice, 3001.4);
+    EXPECT_DOUBLE_EQ(m_host.sent[2].dPrice, 3001.4);
+}
+
+TEST_F(ConfirmWindows, LikeOrdersConfirmationSendsOnAcceptOnly) {
+    std::vector<tagBrokerOrder> batch = {order("8001", kDirSell, 2, 3001.4),
+                                         order("8002", kDirSell, 1, 3001.4)};
+    m_ui.showSameConfirm(batch, "多帐户");
+    SameConfirmDialog* d = nullptr;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (auto* s = qobject_cast<SameConfirmDialog*>(w); s && s->isVisible()) d = s;
+    ASSERT_NE(d, nullptr);
+    EXPECT_FALSE(d->isModal());
+    EXPECT_TRUE(m_host.sent.empty());  // nothing leaves before the trader accepts
+    EXPECT_EQ(d->summary()->text(), QString::fromUtf8("开仓卖出IF2406,共2笔,合计3张"));
+    screenshot(d, "same_confirm.png");
+    d->okButton()->click();
+    d->okButton()->click();  // a second click sends nothing more
+    EXPECT_EQ(m_host.sent.size(), 2u);
+    EXPECT_EQ(m_host.sent[1].strAccountID, "8002");
+}
+
+TEST_F(ConfirmWindows, ThreeFillsOneNoticeThreeEntriesInArrivalOrder) {
+    HelmsmanSettings s = m_manager.settings();
+    s.bShowFilledOrder = 1;
+    const auto dir = std::filesystem::temp_directory_path() / "helmsman_confirm_windows_test";
+    std::filesystem::create_directories(dir / "user" / "u");
+    m_manager.init(0, &m_host, dir.string(), "u", 0);
+    m_manager.saveSettings(s);
+
+    const char* contracts[] = {"A1", "B2", "C3"};
+    for (int i = 0; i < 3; ++i) {
+        tagBargainOrder f;
+        f.strAccountID = "8001";
+        f.nExchangeID = 1;
+        f.strCode = "IF2406";
+        f.nDirection = i == 1 ? kDirSell : kDirBuy;
+        f.nOpenClose = i == 2 ? kClose : kOpen;
+        f.dVolume = i + 1;
+        f.dPrice = 3001.4 + i;
+        f.strContractNo = contracts[i];
+        f.tTime = 1717378205 + i;
+        m_manager.dataChange(kEventNewFill, reinterpret_cast<std::uintptr_t>(&f));
+    }
+    BargainWindow* w = m_ui.fillNotice();
+    ASSERT_NE(w, nullptr);
+    int notices = 0;
+    for (QWidget* t : QApplication::topLevelWidgets())
+        notices += qobject_cast<BargainWindow*>(t) != nullptr;
+    EXPECT_EQ(notices, 1);
+    EXPECT_TRUE(w->isVisible());
+    ASSERT_EQ(w->list()->rowCount(), 3);
+    EXPECT_EQ(w->list()->item(0, 2)->text(),
+              QString::fromUtf8("买入IF2406合约1张[合同号:A1],成交价格:3001.4"));
+    EXPECT_EQ(w->list()->item(1, 1)->text(), QString::fromUtf8("[8001]开仓卖出成交"));
+    EXPECT_EQ(w->list()->item(2, 1)->text(), QString::fromUtf8("[8001]平仓买入成交"));
+    EXPECT_EQ(w->latestTitle()->text(), QString::fromUtf8("[8001]平仓买入成交"));
+    EXPECT_EQ(w->list()->currentRow(), 2);
+    screenshot(w, "fill_notice.png");
+    std::filesystem::remove_all(dir);
+}
+
+TEST_F(ConfirmWindows, TriggerBatchSendsEachInListOrderOnAccept) {
+    std::vector<tagTriggerOrder> triggers(2);
+    for (int i = 0; i < 2; ++i) {
+        triggers[i].strAccountID = i ? "8002" : "8001";
+        triggers[i].strBrokerID = "9999";
+        triggers[i].nExchangeID = 1;
+        triggers[i].strCode = "IF2406";
+        triggers[i].nDirection = kDirBuy;
+        triggers[i].nTriggerType = kTriggerBuyChase;
+        triggers[i].dVolume = 1;
+        triggers[i].dTriggerPrice = 3010;
+        triggers[i].dTakeProfit = i ? 0 : 3050;
+    }
+    MultiTriggerConfirmDialog d(std::make_unique<CMultiTriggerConfirm>(triggers, "舵手", &m_host),
+                                m_manager);
+    EXPECT_EQ(d.windowTitle(), QString::fromUtf8("触发单确认[舵手]"));
+    EXPECT_EQ(d.table()->item(1, CMultiTriggerConfirm::kColPrice)->text(),
+              QString::fromUtf8("市价"));
+    screenshot(&d, "trigger_batch_confirm.png");
+    EXPECT_TRUE(m_host.sentTriggers.empty());
+    d.okButton()->click();
+    ASSERT_EQ(m_host.sentTriggers.size(), 2u);
+    EXPECT_EQ(m_host.sentTriggers[0].strAccountID, "8001");
+    EXPECT_EQ(m_host.sentTriggers[1].strAccountID, "8002");
+    EXPECT_TRUE(m_prompter.boxes.empty());
+}
+
+TEST_F(ConfirmWindows, AlgoHandOverTellsTheTraderNothingWasSent) {
+    tagAlgoSetting algo;
+    algo.nBaseLine = 5;
+    tagBrokerOrder big = order("8001", kDirBuy, 8, 3001.4);
+    EXPECT_EQ(m_manager.submitOrder(big, false, "舵手", &algo), 0);
+    EXPECT_TRUE(m_host.sent.empty());
+    ASSERT_EQ(m_prompter.boxes.size(), 1u);
+    EXPECT_EQ(m_prompter.boxes[0].caption, "提示");
+    EXPECT_NE(m_prompter.boxes[0].text.find("1笔"), std::string::npos);
+}
+
+}  // namespace
