@@ -1481,6 +1481,14 @@ bool SimExchange::isLoggedOn(const std::string& accountID) const {
     return ai != Impl::npos && d.accounts[ai].on;
 }
 
+bool SimExchange::setAccountFunds(const std::string& accountID, double preBalance) {
+    SIM_LOCK;
+    std::size_t ai = d.findAccount(accountID, {});
+    if (ai == Impl::npos) return false;
+    d.accounts[ai].a.preBalance = preBalance;
+    return true;
+}
+
 void SimExchange::seedYesterdayPosition(const std::string& accountID, const tagSymbol& symbol,
                                         std::int32_t direction, double volume, double price) {
     SIM_LOCK;

@@ -303,6 +303,8 @@ public:
     void logonAll();
     void logoffAll();
     bool isLoggedOn(const std::string& accountID) const;
+    // Sets an account's funds at the start of the day (its pre-balance). False if unknown.
+    bool setAccountFunds(const std::string& accountID, double preBalance);
     // Seeds a position held since yesterday (not today's) at `price`.
     void seedYesterdayPosition(const std::string& accountID, const tagSymbol& symbol,
                                std::int32_t direction, double volume, double price);

@@ -104,8 +104,12 @@ TEST(SimWalk, PricesStayOnTheGridAndInsideTheBand) {
                 ASSERT_LE(p, q.dUpperLimit + 1e-9) << sym.strCode;
             }
             ASSERT_TRUE(isPricePresent(q.dLast));
-            if (isPricePresent(q.dBid) && isPricePresent(q.dAsk)) ASSERT_LT(q.dBid, q.dAsk);
-            if (isPricePresent(q.dBid)) ASSERT_GT(q.dBidVol, 0);
+            if (isPricePresent(q.dBid) && isPricePresent(q.dAsk)) {
+                ASSERT_LT(q.dBid, q.dAsk);
+            }
+            if (isPricePresent(q.dBid)) {
+                ASSERT_GT(q.dBidVol, 0);
+            }
             ASSERT_GT(q.dVolume, 0);
             ASSERT_GT(q.dPreOpenPrice1, 0);
             ASSERT_GT(q.dPreOpenPrice2, 0);
@@ -263,7 +267,9 @@ TEST_P(TriggerTable, ReleasedByTypeAgainstTheLastPrice) {
         ASSERT_EQ(ex.GetTriggerOrder(back, "880001", "9999", "T1"), 1);
         bool released = c.releasedAt >= 0 && static_cast<int>(i) >= c.releasedAt;
         EXPECT_EQ(back.nStatus, released ? kSimTriggerReleased : kSimTriggerWaiting) << i;
-        if (static_cast<int>(i) == c.releasedAt) EXPECT_EQ(back.tStart, clock.now());
+        if (static_cast<int>(i) == c.releasedAt) {
+            EXPECT_EQ(back.tStart, clock.now());
+        }
     }
     std::vector<tagBrokerOrder> orders;
     ex.GetAllOrders(orders);
