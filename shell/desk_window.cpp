@@ -369,7 +369,8 @@ void DeskWindow::restoreLayout() {
             lower->setSizes({780, 700});
         }
     }
-    m_tabs->setCurrentIndex(m_settings.value("monitorTab", 0).toInt());
+    // A fresh desk opens on the positions, the one monitor that is never empty at the start.
+    m_tabs->setCurrentIndex(m_settings.value("monitorTab", 3).toInt());
     for (QTableView* v : m_tables) {
         const QVariant s = m_settings.value("columns/" + v->objectName());
         if (s.isValid()) v->horizontalHeader()->restoreState(s.toByteArray());
@@ -751,33 +752,40 @@ bool DeskWindow::openTool(const QString& exportName, QString* reason) {
     return fail(QString("unhandled tool export '%1'").arg(exportName));
 }
 
-void DeskWindow::showOptions() {
+QDialog* DeskWindow::showOptions(bool modal) {
     if (!m_addin.createOptionPage) {
-        inform(t::kOptionsUnavailable);
-        return;
+        if (modal) inform(t::kOptionsUnavailable);
+        return nullptr;
     }
-    QDialog dialog(this);
-    dialog.setObjectName("optionsDialog");
-    dialog.setWindowTitle(t::kOptionsTitle);
-    auto* layout = new QVBoxLayout(&dialog);
-    auto* tabs = new QTabWidget(&dialog);
+    auto* dialog = new QDialog(this);
+    dialog->setObjectName("optionsDialog");
+    dialog->setWindowTitle(t::kOptionsTitle);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    auto* layout = new QVBoxLayout(dialog);
+    auto* tabs = new QTabWidget(dialog);
     QWidget* page = m_addin.createOptionPage(tabs);
     if (!page) {
-        inform(t::kOptionsUnavailable);
-        return;
+        delete dialog;
+        if (modal) inform(t::kOptionsUnavailable);
+        return nullptr;
     }
     const QString caption = page->windowTitle().isEmpty() ? QString::fromUtf8("交易")
                                                           : page->windowTitle();
     tabs->addTab(page, caption);
     layout->addWidget(tabs);
-    auto* buttons = new QDialogButtonBox(&dialog);
+    auto* buttons = new QDialogButtonBox(dialog);
     buttons->addButton(t::kOk, QDialogButtonBox::AcceptRole);
     buttons->addButton(t::kCancelButton, QDialogButtonBox::RejectRole);
     layout->addWidget(buttons);
-    connect(buttons, &QDialogButtonBox::accepted, &dialog, [&] {
+    connect(buttons, &QDialogButtonBox::accepted, dialog, [this, dialog, page] {
         // The page saves the settings; a page that refuses keeps the dialog open.
-        if (!m_addin.applyOptionPage || m_addin.applyOptionPage(page) != 0) dialog.accept();
+        if (!m_addin.applyOptionPage || m_addin.applyOptionPage(page) != 0) dialog->accept();
     });
-    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    dialog.exec();
+    connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+    if (modal) {
+        dialog->exec();
+        return nullptr;
+    }
+    dialog->show();
+    return dialog;
 }

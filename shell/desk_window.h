@@ -28,6 +28,7 @@
 #include "sim/sim_exchange.h"
 
 class QAction;
+class QDialog;
 class QLabel;
 class QSplitter;
 class QTabWidget;
@@ -55,6 +56,10 @@ public:
 
     BusyMeter& busyMeter() { return m_busy; }
     QuoteBoardModel& quoteBoard() { return *m_quotes; }
+
+    // The options dialog hosting the add-in's option page. Modal from the menu; modeless
+    // (returned, deleted on close) for unattended runs that want to look at it.
+    QDialog* showOptions(bool modal = true);
 
     // The symbol picked on the quote board (empty when none).
     tagSymbol currentSymbol() const;
@@ -92,7 +97,6 @@ private:
     void cancelSelectedOrders();
     void cancelAllWorking();
     void deleteSelectedTriggers();
-    void showOptions();
 
     int decimalsOf(std::int32_t exchangeID, const std::string& code) const;
     std::vector<tagAccoutInfo> loggedOnAccounts() const;

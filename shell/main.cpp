@@ -166,6 +166,11 @@ int main(int argc, char** argv) {
     desk.pumpOnce();
 
     for (const QString& name : opts.openExports) {
+        // "Options" is the host's own options dialog, not an export.
+        if (name == "Options") {
+            if (!desk.showOptions(false)) printErr("--open Options: the add-in has no option page");
+            continue;
+        }
         QString why;
         if (!desk.openTool(name, &why)) printErr(QString("--open %1: %2").arg(name, why));
     }
