@@ -1,5 +1,6 @@
 #include "order/confirm_dialog.h"
 
+#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 
@@ -26,11 +27,18 @@ std::string format(const char* fmt, ...) {
     return out;
 }
 
+// to_chars, not printf: the process locale (which Qt sets from the environment) must never
+// turn a price's decimal point into a comma.
 std::string price(double value, int decimals) {
-    if (decimals >= 0) return format("%.*f", decimals, value);
-    std::string s = format("%.4f", value);
-    while (!s.empty() && s.back() == '0') s.pop_back();
-    if (!s.empty() && s.back() == '.') s.pop_back();
+    char buf[64];
+    const int places = decimals >= 0 ? decimals : 4;
+    auto [end, ec] = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::fixed, places);
+    if (ec != std::errc()) return format("%g", value);
+    std::string s(buf, end);
+    if (decimals < 0 && s.find('.') != std::string::npos) {
+        while (s.back() == '0') s.pop_back();
+        if (s.back() == '.') s.pop_back();
+    }
     if (s == "-0") s = "0";
     return s;
 }

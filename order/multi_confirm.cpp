@@ -1,6 +1,6 @@
 #include "order/multi_confirm.h"
 
-#include <cerrno>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 
@@ -15,16 +15,18 @@ using namespace confirm_text;
 
 namespace {
 
-// A number typed by the trader: surrounding blanks allowed, nothing else.
+// A number typed by the trader: surrounding blanks allowed, nothing else. from_chars reads
+// a "." decimal point whatever the process locale says.
 std::optional<double> parseNumber(const std::string& text) {
-    std::size_t b = text.find_first_not_of(" \t");
-    std::size_t e = text.find_last_not_of(" \t");
+    const std::size_t b = text.find_first_not_of(" \t");
     if (b == std::string::npos) return std::nullopt;
-    const std::string t = text.substr(b, e - b + 1);
-    errno = 0;
-    char* end = nullptr;
-    const double v = std::strtod(t.c_str(), &end);
-    if (end != t.c_str() + t.size() || errno == ERANGE || !std::isfinite(v)) return std::nullopt;
+    const std::size_t e = text.find_last_not_of(" \t") + 1;
+    const char* first = text.data() + b;
+    const char* last = text.data() + e;
+    if (*first == '+') ++first;  // from_chars takes no sign but '-'
+    double v = 0;
+    auto [ptr, ec] = std::from_chars(first, last, v);
+    if (ec != std::errc() || ptr != last || !std::isfinite(v)) return std::nullopt;
     return v;
 }
 

@@ -14,7 +14,9 @@
 QtModuleUi::QtModuleUi(CHelmsmanManage* manager) : m_manager(manager) {}
 
 QtModuleUi::~QtModuleUi() {
-    delete m_fillNotice.data();
+    // The exports keep this object in a static that may outlive the application object; a
+    // widget must not be destroyed after it, and at that point the process is ending anyway.
+    if (QApplication::instance()) delete m_fillNotice.data();
 }
 
 CHelmsmanManage& QtModuleUi::manager() const {
