@@ -8,10 +8,13 @@
 //   previous settlement and the day's limit band (pre-settle ± limit%, rounded inward to the
 //   tick). One expired contract (IF2012, 已到期) is listed with bTradable = false.
 // - Two demo accounts, 880001 "模拟账户一" and 880002 "模拟账户二" (broker 9999, "模拟期货公司"),
-//   both logged on at construction unless SimOptions says otherwise. 880002 carries two
-//   positions from yesterday, so close versus close-today can be seen.
+//   password "888888", funds 1,000,000 and 500,000, both logged on at construction unless
+//   SimOptions says otherwise. 880002 holds 5 long rb2105 and 1 short IF2101 from yesterday,
+//   so close versus close-today can be seen.
 // - Quotes: a seeded random walk (std::mt19937_64) advanced one 500 ms round per step(),
-//   or replay of recorded ticks (loadTickFile) against the injected clock's time of day.
+//   or replay of recorded ticks (loadTickFile) against the injected clock's time of day: a
+//   tick whose HH:MM:SS.mmm <= the clock's local time of day is due; every due tick is
+//   applied and matched in turn, and one quote event per contract and step carries the last.
 //   Prices are always on the tick grid and inside the limit band. In the pre-open window of
 //   the contract's exchange (08:55–09:00, or 09:10–09:15 on exchange 3) the last price, bid
 //   and ask are 0 and only the fallbacks move: dPreOpenPrice1 = indicative open,
