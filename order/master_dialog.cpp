@@ -204,8 +204,9 @@ bool CMasterDialog::selectSymbol(const tagSymbol& wanted) {
     if (!facade) return false;
 
     IModuleFutureTrader::ISpecDetailValue spec;
+    // A code the host has no contract for (a typo) cannot be traded either.
     const bool hasSpec = facade->GetSymbolProperty(s, spec) != 0;
-    if (hasSpec && !spec.bTradable) {
+    if (!hasSpec || !spec.bTradable) {
         m_manage.prompter().inform(order_text::kCaptionPrompt,
                                    order_text::kMsgSymbolNotTradableChoose);
         return false;
@@ -214,9 +215,9 @@ bool CMasterDialog::selectSymbol(const tagSymbol& wanted) {
     unsubscribe();
     m_symbol = s;
     m_symbolText = s.strCode;
-    m_spec = hasSpec ? spec : IModuleFutureTrader::ISpecDetailValue{};
-    m_hasSpec = hasSpec;
-    m_decimals = hasSpec ? price::decimals(m_spec.nMinMove, m_spec.fPriceUnit) : 2;
+    m_spec = spec;
+    m_hasSpec = true;
+    m_decimals = price::decimals(m_spec.nMinMove, m_spec.fPriceUnit);
     subscribe(s);
     selectExchange(s.wExchangeID);
 

@@ -114,9 +114,10 @@ public:
     void selectExchange(int exchangeId);
     const std::vector<tagSymbol>& exchangeSymbols() const { return m_exchangeSymbols; }
 
-    // Switches to a symbol: refuses one the host marks untradable with its message (keeping
-    // the current symbol), moves the subscription, reads contract, quote snapshot and
-    // position. True when the ticket now shows `symbol` (also when it already did).
+    // Switches to a symbol: refuses one the host marks untradable, or has no contract for,
+    // with "当前商品不能进行交易，请重新选择商品！" (keeping the current symbol), moves the
+    // subscription, reads contract, quote snapshot and position. True when the ticket now shows
+    // `symbol` (also when it already did).
     bool selectSymbol(const tagSymbol& symbol);
     const tagSymbol& symbol() const { return m_symbol; }
     const std::string& symbolText() const { return m_symbolText; }

@@ -73,6 +73,14 @@ inline constexpr const char* kButtonAlgoSettings = "算法设置...";
 inline constexpr const char* kButtonBuy = "买入";
 inline constexpr const char* kButtonSell = "卖出";
 inline constexpr const char* kTriggerPagePending = "触发单功能尚未开放。";
+inline constexpr const char* kAlgoSettingsPending = "算法设置窗口尚未开放";
+
+// Short labels of the tool buttons whose tool tips are the menu entries above.
+inline constexpr const char* kToolChart = "图表";
+inline constexpr const char* kToolAutoStopLoss = "自动止损";
+inline constexpr const char* kToolAutoTakeProfit = "自动获利";
+inline constexpr const char* kToolHotkeys = "键盘";
+inline constexpr const char* kToolMenu = "菜单";
 
 // ---- Frame labels ----------------------------------------------------------------------------
 inline constexpr const char* kLabelAccount = "帐户";

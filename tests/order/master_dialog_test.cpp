@@ -65,6 +65,13 @@ TEST_F(MasterDialogTest, UntradableSymbolRefusedAndTheOldOneKept) {
     EXPECT_EQ(subscriptionCalls().size(), 1u);
 }
 
+TEST_F(MasterDialogTest, CodeWithoutContractRefusedLikeAnUntradableOne) {
+    openOn("ag2412");
+    EXPECT_FALSE(ticket->selectSymbol({1, "zz999"}));
+    EXPECT_EQ(prompter.lastText(), "当前商品不能进行交易，请重新选择商品！");
+    EXPECT_EQ(ticket->symbol().strCode, "ag2412");
+}
+
 TEST_F(MasterDialogTest, CodeIsCutToEightBytes) {
     host.specs["abcdefgh"] = spec(1.0f, 1, 10, 0.1);
     openOn("abcdefghij");

@@ -1,0 +1,661 @@
+#include "order/ui/order_ticket_window.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QDoubleValidator>
+#include <QFrame>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QScreen>
+#include <QShortcut>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "app/exports.h"
+#include "app/helmsman_manage.h"
+#include "host/codes.h"
+#include "order/order_strings.h"
+#include "order/ui/hotkey_dialog.h"
+#include "order/ui/tick_chart.h"
+
+namespace tx = order_text;
+
+namespace {
+
+QString q(const char* s) {
+    return QString::fromUtf8(s);
+}
+QString q(std::string_view s) {
+    return QString::fromUtf8(s.data(), static_cast<int>(s.size()));
+}
+
+constexpr int kPositionRefreshMs = 1000;
+constexpr double kMaxPrice = 1e9;
+
+QDoubleSpinBox* priceSpin(QWidget* parent, const char* name) {
+    auto* s = new QDoubleSpinBox(parent);
+    s->setObjectName(name);
+    s->setLocale(QLocale::c());
+    s->setRange(0, kMaxPrice);
+    s->setAlignment(Qt::AlignRight);
+    s->setKeyboardTracking(true);
+    s->setMinimumWidth(96);
+    return s;
+}
+
+QSpinBox* pointSpin(QWidget* parent, const char* name) {
+    auto* s = new QSpinBox(parent);
+    s->setObjectName(name);
+    s->setRange(0, 9999);
+    s->setAlignment(Qt::AlignRight);
+    s->setMaximumWidth(64);
+    return s;
+}
+
+QLabel* valueLabel(QWidget* parent, const char* name, const char* colour) {
+    auto* l = new QLabel(q(tx::kNoValue), parent);
+    l->setObjectName(name);
+    l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    l->setMinimumWidth(64);
+    l->setStyleSheet(QString("color: %1; font-weight: 600;").arg(colour));
+    l->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return l;
+}
+
+QLabel* caption(QWidget* parent, const char* text) {
+    auto* l = new QLabel(q(text), parent);
+    l->setStyleSheet("color: #505050;");
+    return l;
+}
+
+}  // namespace
+
+OrderTicketWindow::OrderTicketWindow(CHelmsmanManage& manage, QWidget* parent)
+    : QDialog(parent), m_manage(manage), m_core(std::make_unique<CMasterDialog>(manage)) {
+    setObjectName("orderTicket");
+    setWindowTitle(q(tx::kTicketCaption));
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowFlag(Qt::WindowMinimizeButtonHint, true);
+    setModal(false);
+
+    buildFrame();
+    m_hotkeys = loadHotkeys(m_manage.profilePath());
+    setHotkeys(m_hotkeys);
+
+    m_core->setListener([this](unsigned what) { onCoreChanged(what); });
+
+    // Fills change position and funds without telling the ticket; read them now and then.
+    m_positionTimer = new QTimer(this);
+    m_positionTimer->setInterval(kPositionRefreshMs);
+    connect(m_positionTimer, &QTimer::timeout, this, [this] {
+        if (!m_core->closed()) m_core->refreshPosition();
+    });
+    m_positionTimer->start();
+}
+
+OrderTicketWindow::~OrderTicketWindow() {
+    m_core->setListener(nullptr);
+    m_core.reset();
+}
+
+// ---- Layout ------------------------------------------------------------------------------
+
+void OrderTicketWindow::buildFrame() {
+    // Tool buttons: short labels, the menu texts as tool tips; the same actions in the menu.
+    m_actChart = new QAction(q(tx::kMenuChart), this);
+    m_actChart->setIconText(q(tx::kToolChart));
+    m_actChart->setCheckable(true);
+    m_actAutoStop = new QAction(q(tx::kMenuAutoStopLoss), this);
+    m_actAutoStop->setIconText(q(tx::kToolAutoStopLoss));
+    m_actAutoStop->setCheckable(true);
+    m_actAutoProfit = new QAction(q(tx::kMenuAutoTakeProfit), this);
+    m_actAutoProfit->setIconText(q(tx::kToolAutoTakeProfit));
+    m_actAutoProfit->setCheckable(true);
+    m_actHotkeys = new QAction(q(tx::kMenuHotkeys), this);
+    m_actHotkeys->setIconText(q(tx::kToolHotkeys));
+    for (QAction* a : {m_actChart, m_actAutoStop, m_actAutoProfit, m_actHotkeys})
+        a->setToolTip(a->text());
+    connect(m_actChart, &QAction::triggered, this, [this](bool on) { m_core->setChartShown(on); });
+    connect(m_actAutoStop, &QAction::triggered, this,
+            [this] { m_core->normalOrder().toggleAutoStopLoss(); });
+    connect(m_actAutoProfit, &QAction::triggered, this,
+            [this] { m_core->normalOrder().toggleAutoTakeProfit(); });
+    connect(m_actHotkeys, &QAction::triggered, this, &OrderTicketWindow::editHotkeys);
+
+    m_account = new QComboBox(this);
+    m_account->setObjectName("account");
+    m_account->setMinimumWidth(150);
+    m_exchange = new QComboBox(this);
+    m_exchange->setObjectName("exchange");
+    m_symbol = new QComboBox(this);
+    m_symbol->setObjectName("symbol");
+    m_symbol->setEditable(true);
+    m_symbol->setInsertPolicy(QComboBox::NoInsert);
+    m_symbol->setMinimumWidth(110);
+
+    auto* tools = new QHBoxLayout;
+    tools->setSpacing(2);
+    for (QAction* a : {m_actChart, m_actAutoStop, m_actAutoProfit, m_actHotkeys}) {
+        auto* b = new QToolButton(this);
+        b->setDefaultAction(a);
+        b->setFocusPolicy(Qt::NoFocus);
+        b->setAutoRaise(true);
+        tools->addWidget(b);
+    }
+    auto* menuButton = new QToolButton(this);
+    menuButton->setObjectName("menuButton");
+    menuButton->setText(q(tx::kToolMenu));
+    menuButton->setFocusPolicy(Qt::NoFocus);
+    menuButton->setAutoRaise(true);
+    menuButton->setPopupMode(QToolButton::InstantPopup);
+    auto* menu = new QMenu(menuButton);
+    menu->addActions({m_actChart, m_actAutoStop, m_actAutoProfit});
+    menu->addSeparator();
+    menu->addAction(m_actHotkeys);
+    menuButton->setMenu(menu);
+    tools->addStretch(1);
+    tools->addWidget(menuButton);
+
+    auto* choose = new QGridLayout;
+    choose->setHorizontalSpacing(6);
+    choose->addWidget(caption(this, tx::kLabelAccount), 0, 0);
+    choose->addWidget(m_account, 0, 1, 1, 3);
+    choose->addWidget(caption(this, tx::kLabelExchange), 1, 0);
+    choose->addWidget(m_exchange, 1, 1);
+    choose->addWidget(caption(this, tx::kLabelSymbol), 1, 2);
+    choose->addWidget(m_symbol, 1, 3);
+    choose->setColumnStretch(1, 1);
+    choose->setColumnStretch(3, 1);
+
+    // Quote block: asks above bids, as a depth ladder reads; rising red, falling green.
+    auto* quoteFrame = new QFrame(this);
+    quoteFrame->setObjectName("quoteBlock");
+    quoteFrame->setFrameShape(QFrame::StyledPanel);
+    quoteFrame->setStyleSheet("#quoteBlock { background: #fbfbf7; }");
+    m_last = valueLabel(quoteFrame, "last", "#202020");
+    m_ask = valueLabel(quoteFrame, "ask", "#0a8a3a");
+    m_askVol = valueLabel(quoteFrame, "askVol", "#606060");
+    m_bid = valueLabel(quoteFrame, "bid", "#c8202a");
+    m_bidVol = valueLabel(quoteFrame, "bidVol", "#606060");
+    m_upper = valueLabel(quoteFrame, "upper", "#c8202a");
+    m_lower = valueLabel(quoteFrame, "lower", "#0a8a3a");
+    for (QLabel* v : {m_askVol, m_bidVol}) {
+        v->setMinimumWidth(36);
+        v->setStyleSheet("color: #606060;");
+    }
+    auto* quote = new QGridLayout(quoteFrame);
+    quote->setContentsMargins(8, 4, 8, 4);
+    quote->setVerticalSpacing(2);
+    quote->addWidget(caption(quoteFrame, tx::kLabelAsk), 0, 0);
+    quote->addWidget(m_ask, 0, 1);
+    quote->addWidget(m_askVol, 0, 2);
+    quote->addWidget(caption(quoteFrame, tx::kLabelUpper), 0, 4);
+    quote->addWidget(m_upper, 0, 5);
+    quote->addWidget(caption(quoteFrame, tx::kLabelLast), 1, 0);
+    quote->addWidget(m_last, 1, 1);
+    quote->addWidget(caption(quoteFrame, tx::kLabelBid), 2, 0);
+    quote->addWidget(m_bid, 2, 1);
+    quote->addWidget(m_bidVol, 2, 2);
+    quote->addWidget(caption(quoteFrame, tx::kLabelLower), 2, 4);
+    quote->addWidget(m_lower, 2, 5);
+    quote->setColumnStretch(3, 1);
+
+    m_position = new QLabel(q(m_core->positionText()), this);
+    m_position->setObjectName("position");
+    m_openable = new QLabel(q(m_core->openableText()), this);
+    m_openable->setObjectName("openable");
+    auto* positionRow = new QHBoxLayout;
+    positionRow->addWidget(m_position);
+    positionRow->addStretch(1);
+    positionRow->addWidget(m_openable);
+
+    m_tabs = new QTabWidget(this);
+    m_tabs->setObjectName("tabs");
+    m_tabs->addTab(buildImmediatePage(), q(tx::kTabImmediate));
+    m_tabs->addTab(buildPendingPage(), q(tx::kTabTrigger));
+    m_tabs->addTab(buildPendingPage(), q(tx::kTabModifyTrigger));
+    m_tabs->tabBar()->setFocusPolicy(Qt::NoFocus);
+
+    auto* ticket = new QVBoxLayout;
+    ticket->setSpacing(6);
+    ticket->addLayout(tools);
+    ticket->addLayout(choose);
+    ticket->addWidget(quoteFrame);
+    ticket->addLayout(positionRow);
+    ticket->addWidget(m_tabs, 1);
+
+    m_chart = new TickChart(this);
+    m_chart->hide();
+
+    auto* root = new QHBoxLayout(this);
+    root->setContentsMargins(8, 6, 8, 8);
+    root->addLayout(ticket, 0);
+    root->addWidget(m_chart, 1);
+    root->setSizeConstraint(QLayout::SetFixedSize);
+
+    connect(m_account, qOverload<int>(&QComboBox::activated), this,
+            [this](int i) { m_core->selectAccount(i); });
+    connect(m_exchange, qOverload<int>(&QComboBox::activated), this, [this](int i) {
+        const auto& ex = m_core->exchanges();
+        if (i >= 0 && i < static_cast<int>(ex.size())) m_core->selectExchange(ex[i].nExchangeID);
+    });
+    connect(m_symbol, qOverload<int>(&QComboBox::activated), this,
+            [this](int i) { chooseSymbolText(m_symbol->itemText(i)); });
+}
+
+QWidget* OrderTicketWindow::buildImmediatePage() {
+    auto* page = new QWidget(this);
+    page->setObjectName("immediatePage");
+
+    m_volume = new QLineEdit(page);
+    m_volume->setObjectName("volume");
+    m_volume->setAlignment(Qt::AlignRight);
+    auto* volumeValidator = new QDoubleValidator(0, 1e7, 4, m_volume);
+    volumeValidator->setLocale(QLocale::c());
+    volumeValidator->setNotation(QDoubleValidator::StandardNotation);
+    m_volume->setValidator(volumeValidator);
+    m_openClose = new QComboBox(page);
+    m_openClose->setObjectName("openClose");
+    for (int f : {kOpen, kClose, kCloseToday}) m_openClose->addItem(q(codes::openCloseText(f)));
+    m_price = priceSpin(page, "price");
+    m_hedge = new QComboBox(page);
+    m_hedge->setObjectName("hedge");
+    for (int f : {kSpeculation, kHedge}) m_hedge->addItem(q(codes::hedgeText(f)));
+    m_useBidAsk = new QCheckBox(q(tx::kCheckBidAsk), page);
+    m_useBidAsk->setObjectName("useBidAsk");
+    m_useOffset = new QCheckBox(q(tx::kCheckOffset), page);
+    m_useOffset->setObjectName("useOffset");
+    m_offset = pointSpin(page, "offsetPoints");
+    m_stopLoss = new QCheckBox(q(tx::kCheckStopLoss), page);
+    m_stopLoss->setObjectName("stopLoss");
+    m_stopPrice = priceSpin(page, "stopLossPrice");
+    m_stopAuto = new QPushButton(q(tx::kButtonAuto), page);
+    m_stopAuto->setObjectName("stopLossAuto");
+    m_stopPoints = pointSpin(page, "stopLossPoints");
+    m_takeProfit = new QCheckBox(q(tx::kCheckTakeProfit), page);
+    m_takeProfit->setObjectName("takeProfit");
+    m_profitPrice = priceSpin(page, "takeProfitPrice");
+    m_profitAuto = new QPushButton(q(tx::kButtonAuto), page);
+    m_profitAuto->setObjectName("takeProfitAuto");
+    m_profitPoints = pointSpin(page, "takeProfitPoints");
+    m_algo = new QCheckBox(q(tx::kCheckAlgo), page);
+    m_algo->setObjectName("algo");
+    m_algoSettings = new QPushButton(q(tx::kButtonAlgoSettings), page);
+    m_algoSettings->setObjectName("algoSettings");
+    // The algorithm settings window is not built yet; the ticket's block keeps its defaults.
+    m_algoSettings->setEnabled(false);
+    m_algoSettings->setToolTip(q(tx::kAlgoSettingsPending));
+    m_buy = new QPushButton(q(tx::kButtonBuy), page);
+    m_buy->setObjectName("buy");
+    m_sell = new QPushButton(q(tx::kButtonSell), page);
+    m_sell->setObjectName("sell");
+
+    for (QPushButton* b : {m_stopAuto, m_profitAuto}) {
+        b->setCheckable(true);
+        b->setMaximumWidth(48);
+    }
+    // No button is ever the dialog's default: Enter must not send an order.
+    for (QPushButton* b : {m_stopAuto, m_profitAuto, m_algoSettings, m_buy, m_sell}) {
+        b->setAutoDefault(false);
+        b->setDefault(false);
+    }
+    m_buy->setMinimumHeight(40);
+    m_sell->setMinimumHeight(40);
+    m_buy->setStyleSheet(
+        "QPushButton { background: #d23a3a; color: white; font-size: 15px; font-weight: bold;"
+        " border: 1px solid #a82828; border-radius: 3px; }"
+        "QPushButton:focus { border: 2px solid #202020; }"
+        "QPushButton:pressed { background: #a82828; }");
+    m_sell->setStyleSheet(
+        "QPushButton { background: #1f9150; color: white; font-size: 15px; font-weight: bold;"
+        " border: 1px solid #16703d; border-radius: 3px; }"
+        "QPushButton:focus { border: 2px solid #202020; }"
+        "QPushButton:pressed { background: #16703d; }");
+
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(6);
+    grid->setVerticalSpacing(5);
+    grid->addWidget(caption(page, tx::kLabelVolume), 0, 0);
+    grid->addWidget(m_volume, 0, 1);
+    grid->addWidget(caption(page, tx::kLabelOpenClose), 0, 2, Qt::AlignRight);
+    grid->addWidget(m_openClose, 0, 3, 1, 2);
+    grid->addWidget(caption(page, tx::kLabelPrice), 1, 0);
+    grid->addWidget(m_price, 1, 1);
+    grid->addWidget(caption(page, tx::kLabelHedge), 1, 2, Qt::AlignRight);
+    grid->addWidget(m_hedge, 1, 3, 1, 2);
+    grid->addWidget(m_useBidAsk, 2, 0, 1, 2);
+    grid->addWidget(m_useOffset, 2, 2);
+    grid->addWidget(m_offset, 2, 3);
+    grid->addWidget(caption(page, tx::kLabelPoints), 2, 4);
+    grid->addWidget(m_stopLoss, 3, 0);
+    grid->addWidget(m_stopPrice, 3, 1);
+    grid->addWidget(m_stopAuto, 3, 2);
+    grid->addWidget(m_stopPoints, 3, 3);
+    grid->addWidget(caption(page, tx::kLabelPoints), 3, 4);
+    grid->addWidget(m_takeProfit, 4, 0);
+    grid->addWidget(m_profitPrice, 4, 1);
+    grid->addWidget(m_profitAuto, 4, 2);
+    grid->addWidget(m_profitPoints, 4, 3);
+    grid->addWidget(caption(page, tx::kLabelPoints), 4, 4);
+    grid->addWidget(m_algo, 5, 0, 1, 2);
+    grid->addWidget(m_algoSettings, 5, 2, 1, 3);
+    grid->setColumnStretch(1, 1);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(10);
+    buttons->addWidget(m_buy);
+    buttons->addWidget(m_sell);
+
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(8, 8, 8, 8);
+    layout->addLayout(grid);
+    layout->addSpacing(4);
+    layout->addLayout(buttons);
+
+    // Keyboard path, top to bottom.
+    QWidget* order[] = {m_account,     m_exchange,   m_symbol,       m_volume,     m_openClose,
+                        m_price,       m_hedge,      m_useBidAsk,    m_useOffset,  m_offset,
+                        m_stopLoss,    m_stopPrice,  m_stopAuto,     m_stopPoints, m_takeProfit,
+                        m_profitPrice, m_profitAuto, m_profitPoints, m_algo,       m_buy,
+                        m_sell};
+    for (std::size_t i = 0; i + 1 < std::size(order); ++i)
+        QWidget::setTabOrder(order[i], order[i + 1]);
+
+    // Every edit goes straight into the core's controls.
+    connect(m_volume, &QLineEdit::textChanged, this, &OrderTicketWindow::pushPage);
+    for (QDoubleSpinBox* s : {m_price, m_stopPrice, m_profitPrice})
+        connect(s, &QDoubleSpinBox::valueChanged, this, &OrderTicketWindow::pushPage);
+    for (QSpinBox* s : {m_offset, m_stopPoints, m_profitPoints})
+        connect(s, &QSpinBox::valueChanged, this, &OrderTicketWindow::pushPage);
+    for (QCheckBox* c : {m_useBidAsk, m_useOffset, m_stopLoss, m_takeProfit, m_algo})
+        connect(c, &QCheckBox::toggled, this, &OrderTicketWindow::pushPage);
+    for (QComboBox* c : {m_openClose, m_hedge})
+        connect(c, &QComboBox::currentIndexChanged, this, &OrderTicketWindow::pushPage);
+    connect(m_stopAuto, &QPushButton::clicked, this,
+            [this] { m_core->normalOrder().toggleAutoStopLoss(); });
+    connect(m_profitAuto, &QPushButton::clicked, this,
+            [this] { m_core->normalOrder().toggleAutoTakeProfit(); });
+    connect(m_buy, &QPushButton::clicked, this, [this] { send(kDirBuy); });
+    connect(m_sell, &QPushButton::clicked, this, [this] { send(kDirSell); });
+    return page;
+}
+
+QWidget* OrderTicketWindow::buildPendingPage() {
+    auto* page = new QWidget(this);
+    auto* label = new QLabel(q(tx::kTriggerPagePending), page);
+    label->setAlignment(Qt::AlignCenter);
+    label->setStyleSheet("color: #808080;");
+    auto* layout = new QVBoxLayout(page);
+    layout->addWidget(label);
+    return page;
+}
+
+// ---- Core to widgets ---------------------------------------------------------------------
+
+void OrderTicketWindow::openTicket(const tagHelmsmanPrefill* prefill) {
+    m_core->open(prefill);
+    m_volume->setFocus();
+    m_volume->selectAll();
+}
+
+void OrderTicketWindow::onCoreChanged(unsigned what) {
+    if (what & kTicketAccounts) refreshAccounts();
+    if (what & kTicketExchanges) refreshExchanges();
+    if (what & kTicketSymbol) refreshSymbol();
+    if (what & kTicketQuote) refreshQuote();
+    if (what & kTicketPosition) refreshPosition();
+    if (what & (kTicketPage | kTicketSymbol)) refreshPage();
+    if (what & kTicketChart) refreshChart();
+}
+
+void OrderTicketWindow::refreshAccounts() {
+    QSignalBlocker block(m_account);
+    m_account->clear();
+    for (const auto& a : m_core->accounts())
+        m_account->addItem(QString::fromStdString(CMasterDialog::accountText(a)));
+    m_account->setCurrentIndex(m_core->accountIndex());
+}
+
+void OrderTicketWindow::refreshExchanges() {
+    {
+        QSignalBlocker block(m_exchange);
+        m_exchange->clear();
+        int current = -1;
+        const auto& ex = m_core->exchanges();
+        for (std::size_t i = 0; i < ex.size(); ++i) {
+            m_exchange->addItem(QString::fromStdString(ex[i].strName));
+            if (ex[i].nExchangeID == m_core->exchangeId()) current = static_cast<int>(i);
+        }
+        m_exchange->setCurrentIndex(current);
+    }
+    QSignalBlocker block(m_symbol);
+    m_symbol->clear();
+    for (const auto& s : m_core->exchangeSymbols())
+        m_symbol->addItem(QString::fromStdString(s.strCode));
+    refreshSymbol();
+}
+
+void OrderTicketWindow::refreshSymbol() {
+    QSignalBlocker block(m_symbol);
+    const QString code = QString::fromStdString(m_core->symbolText());
+    const int i = m_symbol->findText(code);
+    m_symbol->setCurrentIndex(i);
+    m_symbol->setEditText(code);
+    if (m_chart->code() != code && !code.isEmpty()) {
+        m_chart->setCode(code, m_core->priceDecimals());
+        m_chart->addTick(m_manage.clock().nowMs(), m_core->referencePrice());
+    }
+}
+
+void OrderTicketWindow::refreshQuote() {
+    const TicketQuoteTexts& t = m_core->quoteTexts();
+    m_last->setText(q(t.last.data()));
+    m_bid->setText(q(t.bid.data()));
+    m_bidVol->setText(q(t.bidVol.data()));
+    m_ask->setText(q(t.ask.data()));
+    m_askVol->setText(q(t.askVol.data()));
+    m_upper->setText(q(t.upper.data()));
+    m_lower->setText(q(t.lower.data()));
+    if (m_core->quoteValid()) {
+        const auto& tick = m_core->tick();
+        const std::int64_t when = tick.tQuoteTime > 0 ? tick.tQuoteTime : m_manage.clock().nowMs();
+        m_chart->addTick(when, tick.dLast);
+    }
+}
+
+void OrderTicketWindow::refreshPosition() {
+    m_position->setText(q(m_core->positionText()));
+    m_openable->setText(q(m_core->openableText()));
+}
+
+void OrderTicketWindow::refreshPage() {
+    m_refreshing = true;
+    const CNormalOrder::Controls& c = m_core->normalOrder().controls();
+    const int decimals = m_core->priceDecimals();
+    const double step = m_core->pointValue() > 0 ? m_core->pointValue() : 1.0;
+    for (QDoubleSpinBox* s : {m_price, m_stopPrice, m_profitPrice}) {
+        QSignalBlocker block(s);
+        s->setDecimals(decimals);
+        s->setSingleStep(step);
+    }
+    {
+        QSignalBlocker b(m_volume);
+        if (m_volume->text() != QString::fromStdString(c.volumeText))
+            m_volume->setText(QString::fromStdString(c.volumeText));
+    }
+    const auto setSpin = [](QDoubleSpinBox* s, double v) {
+        QSignalBlocker b(s);
+        s->setValue(v);
+    };
+    setSpin(m_price, c.price);
+    setSpin(m_stopPrice, c.stopLossPrice);
+    setSpin(m_profitPrice, c.takeProfitPrice);
+    const auto setInt = [](QSpinBox* s, int v) {
+        QSignalBlocker b(s);
+        s->setValue(v);
+    };
+    setInt(m_offset, static_cast<int>(c.offsetPoints));
+    setInt(m_stopPoints, c.stopLossPoints);
+    setInt(m_profitPoints, c.takeProfitPoints);
+    const auto setCheck = [](QAbstractButton* b, bool on) {
+        QSignalBlocker bl(b);
+        b->setChecked(on);
+    };
+    setCheck(m_useBidAsk, c.useBidAsk);
+    setCheck(m_useOffset, c.useOffset);
+    setCheck(m_stopLoss, c.stopLoss);
+    setCheck(m_stopAuto, c.stopLossAuto);
+    setCheck(m_takeProfit, c.takeProfit);
+    setCheck(m_profitAuto, c.takeProfitAuto);
+    setCheck(m_algo, c.algo);
+    {
+        QSignalBlocker b1(m_openClose), b2(m_hedge);
+        m_openClose->setCurrentIndex(c.openClose);
+        m_hedge->setCurrentIndex(c.hedge == kHedge ? 1 : 0);
+    }
+    m_actAutoStop->setChecked(c.stopLossAuto);
+    m_actAutoProfit->setChecked(c.takeProfitAuto);
+    m_refreshing = false;
+    updateEnabling();
+}
+
+void OrderTicketWindow::refreshChart() {
+    const bool on = m_core->chartShown();
+    m_actChart->setChecked(on);
+    m_chart->setVisible(on);
+}
+
+// What the user can type into follows what the core will use; a disabled box is one the
+// order ignores.
+void OrderTicketWindow::updateEnabling() {
+    const CNormalOrder::Controls& c = m_core->normalOrder().controls();
+    const bool opening = c.openClose == kOpen;
+    m_price->setEnabled(!c.useBidAsk);
+    m_useOffset->setEnabled(c.useBidAsk);
+    m_offset->setEnabled(c.useBidAsk && c.useOffset);
+    m_stopLoss->setEnabled(opening);
+    m_takeProfit->setEnabled(opening);
+    m_stopPrice->setEnabled(opening && c.stopLoss && !c.stopLossAuto);
+    m_stopPoints->setEnabled(opening && c.stopLoss && c.stopLossAuto);
+    m_stopAuto->setEnabled(opening);
+    m_profitPrice->setEnabled(opening && c.takeProfit && !c.takeProfitAuto);
+    m_profitPoints->setEnabled(opening && c.takeProfit && c.takeProfitAuto);
+    m_profitAuto->setEnabled(opening);
+}
+
+// ---- Widgets to core ---------------------------------------------------------------------
+
+void OrderTicketWindow::pushPage() {
+    if (m_refreshing) return;
+    CNormalOrder::Controls& c = m_core->normalOrder().controls();
+    c.volumeText = m_volume->text().toStdString();
+    c.price = m_price->value();
+    c.useBidAsk = m_useBidAsk->isChecked();
+    c.useOffset = m_useOffset->isChecked();
+    c.offsetPoints = m_offset->value();
+    c.openClose = m_openClose->currentIndex() < 0 ? kOpen : m_openClose->currentIndex();
+    c.hedge = m_hedge->currentIndex() == 1 ? kHedge : kSpeculation;
+    c.stopLoss = m_stopLoss->isChecked();
+    c.stopLossPrice = m_stopPrice->value();
+    c.stopLossPoints = m_stopPoints->value();
+    c.takeProfit = m_takeProfit->isChecked();
+    c.takeProfitPrice = m_profitPrice->value();
+    c.takeProfitPoints = m_profitPoints->value();
+    c.algo = m_algo->isChecked();
+    updateEnabling();
+}
+
+void OrderTicketWindow::chooseSymbolText(const QString& text) {
+    const QString code = text.trimmed();
+    if (code.isEmpty()) return;
+    std::uint16_t exchange = static_cast<std::uint16_t>(std::max(0, m_core->exchangeId()));
+    // A code from another exchange's list keeps its own exchange.
+    for (const auto& s : m_core->exchangeSymbols())
+        if (QString::fromStdString(s.strCode) == code) exchange = s.wExchangeID;
+    if (!m_core->selectSymbol(tagSymbol{exchange, code.toStdString()})) refreshSymbol();
+}
+
+void OrderTicketWindow::send(int direction) {
+    pushPage();
+    m_core->normalOrder().send(direction);
+    m_core->refreshPosition();
+}
+
+void OrderTicketWindow::sendHotkey(HotkeyAction action) {
+    pushPage();
+    m_core->normalOrder().sendHotkey(action);
+    m_core->refreshPosition();
+}
+
+void OrderTicketWindow::setHotkeys(const HotkeySettings& keys) {
+    m_hotkeys = keys;
+    for (QShortcut*& s : m_shortcuts) {
+        delete s;
+        s = nullptr;
+    }
+    if (!keys.bEnabled) return;
+    for (std::size_t i = 0; i < kHotkeyActionCount; ++i) {
+        const QKeySequence seq = QKeySequence::fromString(QString::fromStdString(keys.keys[i]),
+                                                          QKeySequence::PortableText);
+        if (seq.isEmpty()) continue;
+        auto* s = new QShortcut(seq, this);
+        s->setContext(Qt::WindowShortcut);
+        s->setAutoRepeat(false);  // a held key must not fire a stream of orders
+        const auto action = static_cast<HotkeyAction>(i);
+        connect(s, &QShortcut::activated, this, [this, action] { sendHotkey(action); });
+        m_shortcuts[i] = s;
+    }
+}
+
+void OrderTicketWindow::editHotkeys() {
+    HotkeyDialog dialog(m_manage, m_hotkeys, this);
+    if (dialog.exec() == QDialog::Accepted) setHotkeys(dialog.result());
+}
+
+void OrderTicketWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        // Enter in the symbol box chooses the typed code; anywhere else it moves on.
+        if (m_symbol->isAncestorOf(focusWidget()) || focusWidget() == m_symbol)
+            chooseSymbolText(m_symbol->currentText());
+        focusNextChild();
+        event->accept();
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+void OrderTicketWindow::done(int r) {
+    if (!m_core->closed()) {
+        pushPage();
+        m_positionTimer->stop();
+        m_core->close();
+    }
+    QDialog::done(r);
+}
+
+int openOrderTicket(const tagHelmsmanPrefill* block) {
+    auto* w = new OrderTicketWindow(CHelmsmanManage::instance());
+    w->setAttribute(Qt::WA_DeleteOnClose);
+    w->openTicket(block);
+    w->adjustSize();
+    w->show();
+    if (QScreen* screen = w->screen() ? w->screen() : QGuiApplication::primaryScreen()) {
+        const QRect avail = screen->availableGeometry();
+        w->move(avail.center() - w->rect().center());
+    }
+    w->raise();
+    w->activateWindow();
+    return 1;
+}

@@ -1,0 +1,245 @@
+// Wiring of the order ticket window to its core: widgets write into the core's controls,
+// the core's state reaches the labels, Enter never sends, the buy button and a shortcut do,
+// closing saves. With HELMSMAN_SCREENSHOT_DIR set the ticket is also saved there as a PNG.
+#include "order/ui/order_ticket_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTabWidget>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+
+#include "app/exports.h"
+#include "app/helmsman_manage.h"
+#include "order/ui/tick_chart.h"
+#include "support/fake_host.h"
+#include "support/scripted.h"
+
+namespace {
+
+QApplication& app() {
+    static int argc = 1;
+    static char name[] = "test_ui";
+    static char* argv[] = {name, nullptr};
+    static QApplication* a = QApplication::instance()
+                                 ? static_cast<QApplication*>(QApplication::instance())
+                                 : new QApplication(argc, argv);
+    return *a;
+}
+
+void screenshot(QWidget* w, const char* name) {
+    const char* dir = std::getenv("HELMSMAN_SCREENSHOT_DIR");
+    if (!dir || !*dir) return;
+    w->grab().save(QString::fromUtf8((std::filesystem::path(dir) / name).string().c_str()));
+}
+
+class OrderTicketWindowTest : public ::testing::Test {
+protected:
+    FakeHost host;
+    ScriptedPrompter prompter;
+    ScriptedUi ui;
+    ManualClock clock{1'717'000'000'000};
+    CHelmsmanManage manage;
+    std::filesystem::path root;
+
+    void SetUp() override {
+        app();
+        root = std::filesystem::temp_directory_path() /
+               ("helmsman_ticket_ui_" + std::to_string(std::random_device{}()));
+        manage.init(7, &host, root.string(), "trader", 0);
+        manage.setPrompter(&prompter);
+        manage.setUi(&ui);
+        manage.setClock(&clock);
+        host.accounts = {FakeHost::account("8800123", "9999", "张三")};
+        host.exchanges = {{1, "上期所"}, {2, "大商所"}};
+        host.symbolsByExchange[1] = {{1, "ag2412"}, {1, "rb2410"}, {1, "cu2409"}};
+        IModuleFutureTrader::ISpecDetailValue ag;
+        ag.fPriceUnit = 1.0f;
+        ag.nMinMove = 1;
+        ag.dMultiplier = 15;
+        ag.dMarginRate = 0.12;
+        host.specs["ag2412"] = ag;
+        host.specs["rb2410"] = ag;
+        host.summaries["8800123"] = tagAccountSummary{"8800123", "9999", 0, 0, 500000};
+        tagOpenedPosition p;
+        p.strAccountID = "8800123";
+        p.strBrokerID = "9999";
+        p.nExchangeID = 1;
+        p.strCode = "ag2412";
+        p.dTotal = 5;
+        p.dLong = 3;
+        p.dShort = 2;
+        host.positions = {p};
+        IModuleFutureTrader::ITickEx t;
+        t.wExchangeID = 1;
+        t.strCode = "ag2412";
+        t.dLast = 7412;
+        t.dBid = 7411;
+        t.dBidVol = 18;
+        t.dAsk = 7413;
+        t.dAskVol = 7;
+        t.dUpperLimit = 8004;
+        t.dLowerLimit = 6818;
+        host.quotes["ag2412"] = t;
+    }
+    void TearDown() override {
+        std::error_code ec;
+        std::filesystem::remove_all(root, ec);
+    }
+
+    template <class W>
+    W* child(QWidget* w, const char* name) {
+        W* c = w->findChild<W*>(name);
+        EXPECT_NE(c, nullptr) << name;
+        return c;
+    }
+    static void key(QWidget* w, int k, Qt::KeyboardModifiers m = Qt::NoModifier) {
+        QKeyEvent press(QEvent::KeyPress, k, m);
+        QApplication::sendEvent(w, &press);
+    }
+};
+
+TEST_F(OrderTicketWindowTest, ShowsTheCoreAndSendsFromTheButton) {
+    tagHelmsmanPrefill block;
+    block.symbol = {1, "ag2412"};
+    HelmsmanSettings s = manage.settings();
+    s.bShowChartWnd = 1;
+    manage.saveSettings(s);
+
+    OrderTicketWindow w(manage);
+    w.openTicket(&block);
+    w.show();
+    EXPECT_EQ(w.windowTitle(), QString::fromUtf8("舵手"));
+    auto* tabs = child<QTabWidget>(&w, "tabs");
+    ASSERT_EQ(tabs->count(), 3);
+    EXPECT_EQ(tabs->tabText(0), QString::fromUtf8("即时执行"));
+    EXPECT_EQ(tabs->tabText(1), QString::fromUtf8("触发单交易"));
+    EXPECT_EQ(tabs->tabText(2), QString::fromUtf8("修改或删除触发单"));
+    EXPECT_EQ(child<QLabel>(&w, "position")->text(), QString::fromUtf8("持仓:5(3/2)"));
+    // 500000 / (7412 × 15 × 0.12) = 37.5
+    EXPECT_EQ(child<QLabel>(&w, "openable")->text(), QString::fromUtf8("可开:37"));
+    EXPECT_EQ(child<QLabel>(&w, "ask")->text(), "7413");
+    EXPECT_EQ(child<QComboBox>(&w, "symbol")->currentText(), "ag2412");
+    ASSERT_TRUE(w.chart()->isVisible());
+    EXPECT_EQ(w.chart()->code(), "ag2412");
+
+    // A quote at the ticket's handle reaches the labels and the chart.
+    IModuleFutureTrader::ITickEx t = host.quotes["ag2412"];
+    t.dAsk = 7415;
+    t.dLast = 7414;
+    const int points = w.chart()->pointCount();
+    manage.sendMessage(w.core().handle(), kMsgDataChange, kEventQuote,
+                       reinterpret_cast<std::uintptr_t>(&t));
+    EXPECT_EQ(child<QLabel>(&w, "ask")->text(), "7415");
+    EXPECT_EQ(w.chart()->pointCount(), points + 1);
+    // A few minutes of ticks for the picture.
+    for (int i = 0; i < 90; ++i) {
+        clock.advanceMs(2000);
+        t.dLast = 7414 + ((i * 7) % 11) - 5 + i / 12;
+        t.dBid = t.dLast - 1;
+        t.dAsk = t.dLast + 1;
+        manage.sendMessage(w.core().handle(), kMsgDataChange, kEventQuote,
+                           reinterpret_cast<std::uintptr_t>(&t));
+    }
+    EXPECT_EQ(w.chart()->pointCount(), points + 91);
+    screenshot(&w, "order_ticket.png");
+
+    // Widgets write into the core; Enter in the volume box moves on and sends nothing.
+    auto* volume = child<QLineEdit>(&w, "volume");
+    volume->setText("3");
+    child<QDoubleSpinBox>(&w, "price")->setValue(7400);
+    EXPECT_EQ(w.core().normalOrder().controls().volumeText, "3");
+    EXPECT_EQ(w.core().normalOrder().controls().price, 7400);
+    volume->setFocus();
+    key(volume, Qt::Key_Return);
+    EXPECT_TRUE(host.sent.empty());
+    EXPECT_TRUE(ui.log.empty());
+
+    child<QPushButton>(&w, "buy")->click();
+    ASSERT_EQ(host.sent.size(), 1u);
+    EXPECT_EQ(host.sent[0].dVolume, 3);
+    EXPECT_EQ(host.sent[0].dPrice, 7400);
+    EXPECT_EQ(host.sent[0].nDirection, kDirBuy);
+    EXPECT_EQ(ui.log, std::vector<std::string>{"confirmOrder 舵手"});
+}
+
+TEST_F(OrderTicketWindowTest, MenuTogglesAndHotkeys) {
+    OrderTicketWindow w(manage);
+    w.openTicket(nullptr);
+    w.core().selectSymbol({1, "ag2412"});
+    w.show();
+    EXPECT_FALSE(w.chart()->isVisible());
+    auto* stopLoss = child<QCheckBox>(&w, "stopLoss");
+    auto* stopAuto = child<QPushButton>(&w, "stopLossAuto");
+    EXPECT_FALSE(stopAuto->isChecked());
+    stopAuto->click();
+    EXPECT_TRUE(w.core().normalOrder().controls().stopLossAuto);
+    EXPECT_TRUE(stopLoss->isChecked());  // drawn back from the core
+
+    // Shortcuts exist only when switched on, and act like the ticket's buttons.
+    EXPECT_TRUE(w.findChildren<QShortcut*>().isEmpty());
+    HotkeySettings keys;
+    keys.bEnabled = 1;
+    w.setHotkeys(keys);
+    ASSERT_EQ(w.findChildren<QShortcut*>().size(), 4);
+    HelmsmanSettings s = manage.settings();
+    s.bShowHotkeyOrderConfirm = 0;
+    manage.saveSettings(s);
+    for (QShortcut* sc : w.findChildren<QShortcut*>())
+        if (sc->key() == QKeySequence(Qt::Key_F3)) emit sc->activated();
+    ASSERT_EQ(host.sent.size(), 1u);
+    EXPECT_EQ(host.sent[0].nDirection, kDirSell);
+    EXPECT_EQ(host.sent[0].dPrice, 7411);  // the bid
+    EXPECT_TRUE(ui.log.empty());
+}
+
+TEST_F(OrderTicketWindowTest, UnknownTypedCodeIsRefusedAndTheBoxRestored) {
+    OrderTicketWindow w(manage);
+    w.openTicket(nullptr);
+    w.core().selectSymbol({1, "ag2412"});
+    w.show();
+    auto* symbol = child<QComboBox>(&w, "symbol");
+    symbol->setFocus();
+    symbol->setEditText("zz999");
+    key(symbol->lineEdit(), Qt::Key_Return);
+    ASSERT_EQ(prompter.boxes.size(), 1u);
+    EXPECT_EQ(prompter.boxes[0].text, "当前商品不能进行交易，请重新选择商品！");
+    EXPECT_EQ(symbol->currentText(), "ag2412");
+
+    symbol->setEditText("rb2410");
+    key(symbol->lineEdit(), Qt::Key_Return);
+    EXPECT_EQ(w.core().symbol().strCode, "rb2410");
+    EXPECT_EQ(prompter.boxes.size(), 1u);
+}
+
+TEST_F(OrderTicketWindowTest, ClosingSavesAndDeletes) {
+    HelmsmanSettings s = manage.settings();
+    s.bSaveVolume = 1;
+    manage.saveSettings(s);
+    QPointer<OrderTicketWindow> w = new OrderTicketWindow(manage);
+    w->setAttribute(Qt::WA_DeleteOnClose);
+    w->openTicket(nullptr);
+    w->show();
+    child<QLineEdit>(w, "volume")->setText("8");
+    child<QCheckBox>(w, "useBidAsk")->setChecked(true);
+    const WndHandle h = w->core().handle();
+    w->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(w.isNull());
+    EXPECT_EQ(manage.settings().dLastVolume, 8);
+    EXPECT_EQ(manage.settings().bUseBidAskPrice, 1);
+    EXPECT_EQ(manage.target(h), nullptr);
+}
+
+}  // namespace
