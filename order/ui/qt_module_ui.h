@@ -16,7 +16,7 @@
 
 #include "app/module_ui.h"
 
-class BargainWindow;
+#include "order/ui/bargain_window.h"
 class CHelmsmanManage;
 
 class QtModuleUi final : public IModuleUi {

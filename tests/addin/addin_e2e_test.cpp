@@ -1,0 +1,152 @@
+// End to end: the add-in library loaded by name, initialised, fed the simulated exchange's
+// events through its exports; a plain order submitted without confirmation is queued, fills,
+// and the fill reaches the fill notice.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLibrary>
+#include <QWidget>
+#include <filesystem>
+#include <fstream>
+
+#include "app/exports.h"
+#include "host/clock.h"
+#include "host/window.h"
+#include "order/confirm_strings.h"
+#include "sim/sim_exchange.h"
+
+namespace {
+
+struct Exports {
+    decltype(&InitHelmsman) init = nullptr;
+    decltype(&HelmsmanDataChange) dataChange = nullptr;
+    decltype(&HelmsmanLogonStateChange) logonChange = nullptr;
+    decltype(&HelmsmanSendMessage) sendMessage = nullptr;
+    decltype(&HelmsmanUseClock) useClock = nullptr;
+    decltype(&ShowConfirmOrder) showConfirmOrder = nullptr;
+};
+
+// Forwards the exchange's events to the add-in, as the host's message loop would, and keeps
+// the status sequence of every order it sees.
+class Forwarder : public ISimEventSink {
+public:
+    explicit Forwarder(const Exports& x) : m_x(x) {}
+    void onDataChange(std::uint32_t code, std::uintptr_t data) override {
+        if (eventKind(code) == kEventOrderChanged)
+            statuses.push_back(reinterpret_cast<const tagBrokerOrder*>(data)->nStatus);
+        if (eventKind(code) == kEventNewFill) ++fills;
+        m_x.dataChange(code, data);
+    }
+    void onLogonStateChange(std::uint32_t code, std::uintptr_t data) override {
+        m_x.logonChange(code, data);
+    }
+    void onWindowMessage(std::uint32_t hWnd, std::uint32_t msg, std::uintptr_t w,
+                         std::uintptr_t l) override {
+        m_x.sendMessage(hWnd, msg, w, l);
+    }
+    std::vector<std::int32_t> statuses;
+    int fills = 0;
+
+private:
+    const Exports& m_x;
+};
+
+std::int64_t todayAt(int h, int m) {
+    std::tm tm = toLocalTm(SystemClock::instance().now());
+    tm.tm_hour = h;
+    tm.tm_min = m;
+    tm.tm_sec = 0;
+    return fromLocalTm(tm) * 1000;
+}
+
+QWidget* visibleWindowTitled(const char* title) {
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->isVisible() && w->windowTitle() == QString::fromUtf8(title)) return w;
+    return nullptr;
+}
+
+TEST(AddinEndToEnd, PlainOrderFillsAndIsAnnounced) {
+    int argc = 1;
+    char name[] = "test_addin";
+    char* argv[] = {name, nullptr};
+    QApplication app(argc, argv);
+
+    QLibrary lib(QStringLiteral(HELMSMAN_ADDIN));
+    ASSERT_TRUE(lib.load()) << lib.errorString().toStdString();
+    Exports x;
+    x.init = reinterpret_cast<decltype(x.init)>(lib.resolve("InitHelmsman"));
+    x.dataChange = reinterpret_cast<decltype(x.dataChange)>(lib.resolve("HelmsmanDataChange"));
+    x.logonChange =
+        reinterpret_cast<decltype(x.logonChange)>(lib.resolve("HelmsmanLogonStateChange"));
+    x.sendMessage = reinterpret_cast<decltype(x.sendMessage)>(lib.resolve("HelmsmanSendMessage"));
+    x.useClock = reinterpret_cast<decltype(x.useClock)>(lib.resolve("HelmsmanUseClock"));
+    x.showConfirmOrder =
+        reinterpret_cast<decltype(x.showConfirmOrder)>(lib.resolve("ShowConfirmOrder"));
+    ASSERT_TRUE(x.init && x.dataChange && x.logonChange && x.sendMessage && x.useClock &&
+                x.showConfirmOrder);
+
+    // The user wants fill notices.
+    const auto root = std::filesystem::temp_directory_path() / "helmsman_addin_e2e";
+    std::filesystem::remove_all(root);
+    std::filesystem::create_directories(root / "user" / "e2e");
+    std::ofstream(root / "user" / "e2e" / "Profile.ini") << "[Helmsman]\r\nbShowFilledOrder=1\r\n";
+
+    ManualClock clock(todayAt(10, 0));
+    SimExchange sim(clock);
+    Forwarder forwarder(x);
+    sim.setEventSink(&forwarder);
+    x.useClock(&clock);
+    x.init(1, &sim, root.string().c_str(), "e2e", 0);
+
+    std::vector<tagAccoutInfo> accounts;
+    sim.GetAvailableAccounts(accounts);
+    ASSERT_FALSE(accounts.empty());
+    const tagSymbol symbol{3, "IF2101"};
+    sim.step();  // one quote round: a live book to trade against
+    sim.deliverPending();
+    IModuleFutureTrader::ITickEx quote;
+    ASSERT_TRUE(sim.GetMarketQuote(symbol, quote));
+    ASSERT_GT(quote.dAsk, 0);
+
+    tagBrokerOrder order;
+    order.strAccountID = accounts[0].strAccountID;
+    order.strBrokerID = accounts[0].strBrokerID;
+    order.nExchangeID = symbol.wExchangeID;
+    order.strCode = order.strSymbolText = symbol.strCode;
+    order.nDirection = kDirBuy;
+    order.dVolume = 1;
+    order.dPrice = quote.dAsk;  // at the touch: fills against the book
+    order.nOpenClose = kOpen;
+    order.tCreateTime = clock.now();
+    EXPECT_EQ(x.showConfirmOrder(&order, 0, "舵手", nullptr), 1);
+    EXPECT_EQ(order.strRemark, "舵手");
+    EXPECT_FALSE(order.strOrderID.empty());
+    // Nothing arrives inside the facade call; it comes through the host's loop.
+    EXPECT_TRUE(forwarder.statuses.empty());
+
+    for (int i = 0; i < 5; ++i) {
+        sim.deliverPending();
+        app.processEvents();
+    }
+    ASSERT_FALSE(forwarder.statuses.empty());
+    EXPECT_EQ(forwarder.statuses.back(), kOrderFilled);
+    EXPECT_NE(std::find(forwarder.statuses.begin(), forwarder.statuses.end(), kOrderQueued),
+              forwarder.statuses.end());
+    EXPECT_EQ(forwarder.fills, 1);
+    tagBrokerOrder after;
+    ASSERT_TRUE(sim.GetOrder(after, order.strAccountID, order.strBrokerID, order.strOrderID));
+    EXPECT_EQ(after.nStatus, kOrderFilled);
+    EXPECT_EQ(after.strRemark, "舵手");
+    tagOpenedPosition position;
+    ASSERT_TRUE(sim.GetPosition(position, order.strAccountID, order.strBrokerID, symbol));
+    EXPECT_EQ(position.dLong, 1);
+
+    EXPECT_NE(visibleWindowTitled(confirm_text::kFillWindowTitle), nullptr);
+
+    sim.setEventSink(nullptr);
+    x.init(1, nullptr, root.string().c_str(), "e2e", 0);  // let go of the exchange
+    for (QWidget* w : QApplication::topLevelWidgets()) w->close();
+    std::filesystem::remove_all(root);
+}
+
+}  // namespace
