@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QKeyEvent>
+#include <QKeySequenceEdit>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -22,6 +23,7 @@
 
 #include "app/exports.h"
 #include "app/helmsman_manage.h"
+#include "order/ui/hotkey_dialog.h"
 #include "order/ui/tick_chart.h"
 #include "support/fake_host.h"
 #include "support/scripted.h"
@@ -186,6 +188,7 @@ TEST_F(OrderTicketWindowTest, MenuTogglesAndHotkeys) {
     stopAuto->click();
     EXPECT_TRUE(w.core().normalOrder().controls().stopLossAuto);
     EXPECT_TRUE(stopLoss->isChecked());  // drawn back from the core
+    screenshot(&w, "order_ticket_auto_stop.png");
 
     // Shortcuts exist only when switched on, and act like the ticket's buttons.
     EXPECT_TRUE(w.findChildren<QShortcut*>().isEmpty());
@@ -202,6 +205,27 @@ TEST_F(OrderTicketWindowTest, MenuTogglesAndHotkeys) {
     EXPECT_EQ(host.sent[0].nDirection, kDirSell);
     EXPECT_EQ(host.sent[0].dPrice, 7411);  // the bid
     EXPECT_TRUE(ui.log.empty());
+}
+
+TEST_F(OrderTicketWindowTest, HotkeyDialogRefusesADuplicateAndSavesOtherwise) {
+    HotkeySettings keys;
+    keys.bEnabled = 1;
+    HotkeyDialog d(manage, keys);
+    d.show();
+    screenshot(&d, "hotkey_dialog.png");
+    auto* confirm = child<QCheckBox>(&d, "hotkeyConfirm");
+    confirm->setChecked(false);
+    child<QKeySequenceEdit>(&d, "hotkey3")->setKeySequence(QKeySequence(Qt::Key_F2));
+    d.accept();
+    EXPECT_EQ(d.result(), keys);  // unchanged: refused
+    EXPECT_EQ(prompter.lastText(), "快捷键“F2”被重复设置，请修改！");
+    EXPECT_EQ(manage.settings().bShowHotkeyOrderConfirm, 1);
+
+    child<QKeySequenceEdit>(&d, "hotkey3")->setKeySequence(QKeySequence(Qt::Key_F7));
+    d.accept();
+    EXPECT_EQ(d.result().keys[3], "F7");
+    EXPECT_EQ(loadHotkeys(manage.profilePath()), d.result());
+    EXPECT_EQ(manage.settings().bShowHotkeyOrderConfirm, 0);
 }
 
 TEST_F(OrderTicketWindowTest, UnknownTypedCodeIsRefusedAndTheBoxRestored) {
