@@ -20,7 +20,10 @@ double roundBuy(double p, std::int32_t minMove, float priceUnit) {
 double roundSell(double p, std::int32_t minMove, float priceUnit) {
     const std::int64_t s = stepUnits(minMove, priceUnit);
     if (s <= 0) return p;
-    const auto units = static_cast<std::int64_t>(p * 10000.0);
+    // The same hair's margin as the buy side, mirrored: a price on the grid whose decimal
+    // lands a little below in binary (95.07 is 950699.99999... ten-thousandths) must stay put,
+    // not drop a whole tick.
+    const auto units = static_cast<std::int64_t>(p * 10000.0 + 0.0001);
     return static_cast<double>(units / s * s) / 10000.0;
 }
 

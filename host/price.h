@@ -2,7 +2,8 @@
 //
 // One tick (one point) = minimum move (integer) x price unit (real). Rounding works in
 // ten-thousandths with integer arithmetic so that 3001.3 on a 0.2 grid lands exactly on
-// 3001.4 for a buy and 3001.2 for a sell: buys round up, sells round down.
+// 3001.4 for a buy and 3001.2 for a sell: buys round up, sells round down. Both sides allow
+// 1/10000 of a unit for binary noise, so a price already on the grid never moves.
 #pragma once
 
 #include <cstdint>

@@ -78,3 +78,30 @@ TEST(PriceDecimals, FollowTheGrid) {
 }
 
 }  // namespace
+
+namespace {
+
+// Every price already on the grid must come back unchanged in both directions, however
+// its decimal lands in binary.
+TEST(PriceRounding, OnGridPricesStayPut) {
+    struct Grid {
+        std::int32_t minMove;
+        float unit;
+        std::int64_t fromUnits, toUnits;  // in ten-thousandths
+    } grids[] = {{1, 0.2f, 40000000, 60000000}, {1, 0.005f, 950000, 1050000},
+                 {1, 1.0f, 20000000, 30000000}, {1, 0.5f, 9000000, 11000000}};
+    for (const auto& g : grids) {
+        const std::int64_t s = price::stepUnits(g.minMove, g.unit);
+        int bad = 0;
+        for (std::int64_t u = g.fromUnits; u <= g.toUnits && bad < 5; u += s) {
+            const double p = static_cast<double>(u) / 10000.0;
+            if (price::roundBuy(p, g.minMove, g.unit) != p ||
+                price::roundSell(p, g.minMove, g.unit) != p) {
+                ADD_FAILURE() << "moved " << p << " on step " << g.unit;
+                ++bad;
+            }
+        }
+    }
+}
+
+}  // namespace
