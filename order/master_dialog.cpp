@@ -242,23 +242,11 @@ double CMasterDialog::pointValue() const {
 }
 
 void CMasterDialog::subscribe(const tagSymbol& s) {
-    CSubscibeManage* facade = m_manage.facade();
-    if (m_subscribed || s.empty() || !facade) return;
-    tagSubscribeBlock block{1, &s};
-    if (facade->QueryInterface(kQuerySubscribeQuote, m_hWnd, 1, &block) != 0) {
-        m_subscribed = true;
-        m_subscribedSymbol = s;
-    }
+    m_subscription.bind(m_manage.facade(), m_hWnd);
+    m_subscription.switchTo(s);
 }
 
-void CMasterDialog::unsubscribe() {
-    if (!m_subscribed) return;
-    m_subscribed = false;
-    CSubscibeManage* facade = m_manage.facade();
-    if (!facade || m_subscribedSymbol.empty()) return;
-    tagSubscribeBlock block{1, &m_subscribedSymbol};
-    facade->QueryInterface(kQuerySubscribeQuote, m_hWnd, 0, &block);
-}
+void CMasterDialog::unsubscribe() { m_subscription.release(); }
 
 // ---- Quote -------------------------------------------------------------------------------
 

@@ -42,6 +42,8 @@
 // (onMessage 2070) formats into fixed buffers and allocates nothing.
 #pragma once
 
+#include "host/quote_subscription.h"
+
 #include <array>
 #include <cstdint>
 #include <functional>
@@ -126,7 +128,7 @@ public:
     // One point of price (minimum move × price unit, on the 1/10000 grid); 0 without a contract.
     double pointValue() const;
     int priceDecimals() const { return m_decimals; }
-    bool subscribed() const { return m_subscribed; }
+    bool subscribed() const { return m_subscription.held(); }
 
     // ---- Quote, position ---------------------------------------------------------------
     const IModuleFutureTrader::ITickEx& tick() const { return m_tick; }
@@ -191,8 +193,7 @@ private:
     bool m_hasSpec = false;
     int m_decimals = 2;
 
-    bool m_subscribed = false;
-    tagSymbol m_subscribedSymbol;  // what the held subscription is for
+    CQuoteSubscription m_subscription;
 
     IModuleFutureTrader::ITickEx m_tick;
     bool m_quoteValid = false;
