@@ -181,6 +181,9 @@ void DeskWindow::buildUi() {
     m_fillView = makeTable(m_fills, "fills");
     m_positionView = makeTable(m_positions, "positions");
     m_triggerView = makeTable(m_triggers, "triggerOrders");
+    // Tables that end on a number keep it beside its neighbours instead of far right.
+    m_positionView->horizontalHeader()->setStretchLastSection(false);
+    m_accountView->horizontalHeader()->setStretchLastSection(false);
 
     // Default widths that fit the Chinese titles and the widest values; the user's own
     // widths, once saved, replace them.
@@ -376,7 +379,7 @@ void DeskWindow::restoreLayout() {
         if (s.isValid()) v->horizontalHeader()->restoreState(s.toByteArray());
     }
     m_settings.endGroup();
-    if (!m_settings.contains(QString(kLayoutGroup) + "/mainSplitter")) m_splitter->setSizes({500, 320});
+    if (!m_settings.contains(QString(kLayoutGroup) + "/mainSplitter")) m_splitter->setSizes({420, 400});
 }
 
 void DeskWindow::saveLayout() {
