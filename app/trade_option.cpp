@@ -1,7 +1,7 @@
 #include "app/trade_option.h"
 
 #include <cstdio>
-#include <cstdlib>
+#include <charconv>
 
 std::string CTradeOption::accountItemText(const std::string& id, const std::string& name) {
     return id + "(" + name + ")";
@@ -14,11 +14,14 @@ std::string CTradeOption::formatWhole(double v) {
 }
 
 double CTradeOption::readNumber(const std::string& text) {
-    const char* begin = text.c_str();
-    char* end = nullptr;
-    double v = std::strtod(begin, &end);
-    if (end == begin) return 0;
-    return v;
+    // The leading decimal number, whatever the process locale says about decimal points.
+    const char* p = text.c_str();
+    const char* end = p + text.size();
+    while (p < end && (*p == ' ' || *p == '\t')) ++p;
+    if (p < end && *p == '+') ++p;
+    double v = 0;
+    const auto r = std::from_chars(p, end, v);
+    return r.ec == std::errc() ? v : 0;
 }
 
 namespace {

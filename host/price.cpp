@@ -10,6 +10,11 @@ std::int64_t stepUnits(std::int32_t minMove, float priceUnit) {
     return static_cast<std::int64_t>(pointValue(minMove, priceUnit) * 10000.0 + 0.5);
 }
 
+double pointOnGrid(std::int32_t minMove, float priceUnit) {
+    const std::int64_t s = stepUnits(minMove, priceUnit);
+    return s > 0 ? static_cast<double>(s) / 10000.0 : pointValue(minMove, priceUnit);
+}
+
 double roundBuy(double p, std::int32_t minMove, float priceUnit) {
     const std::int64_t s = stepUnits(minMove, priceUnit);
     if (s <= 0) return p;

@@ -18,6 +18,11 @@ inline double pointValue(const IModuleFutureTrader::ISpecDetailValue& spec) {
     return pointValue(spec.nMinMove, spec.fPriceUnit);
 }
 
+// One point on the rounding's 1/10000 grid: free of the single-precision price unit's noise
+// (0.2f is 0.2000000030), so offsets and stop distances land on the tick. Falls back to the
+// plain product for a step finer than 1/10000.
+double pointOnGrid(std::int32_t minMove, float priceUnit);
+
 // The step in ten-thousandths: integer part of (minMove * priceUnit * 10000 + 0.5).
 std::int64_t stepUnits(std::int32_t minMove, float priceUnit);
 

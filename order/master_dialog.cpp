@@ -236,9 +236,7 @@ bool CMasterDialog::selectSymbol(const tagSymbol& wanted) {
 
 double CMasterDialog::pointValue() const {
     // On the rounding's 1/10000 grid, free of the single-precision price unit's noise.
-    return m_hasSpec
-               ? static_cast<double>(price::stepUnits(m_spec.nMinMove, m_spec.fPriceUnit)) / 10000.0
-               : 0.0;
+    return m_hasSpec ? price::pointOnGrid(m_spec.nMinMove, m_spec.fPriceUnit) : 0.0;
 }
 
 void CMasterDialog::subscribe(const tagSymbol& s) {

@@ -147,8 +147,7 @@ CNormalOrder::SendResult CNormalOrder::submit(std::int32_t direction, PriceSourc
     // 5. The point on the 1/10000 grid the rounding uses: the price unit is single precision
     // (0.2f is 0.2000000030), and that noise must not push an offset or a stop off the tick
     // (a sell at bid - 2 points would otherwise round down a whole tick).
-    const double point =
-        static_cast<double>(price::stepUnits(spec.nMinMove, spec.fPriceUnit)) / 10000.0;
+    const double point = price::pointOnGrid(spec.nMinMove, spec.fPriceUnit);
     const double offset = std::trunc(c.offsetPoints) * point;
 
     // 6. The price.
@@ -262,6 +261,8 @@ CNormalOrder::SendResult CNormalOrder::submit(std::int32_t direction, PriceSourc
     const int r = manage.submitOrder(order, confirm, kCallerName, algo);
     if (r != 0) return SendResult::Sent;
     if (confirm) return SendResult::Cancelled;
+    // An order meant for the algo centre that could not take it: the centre has said so.
+    if (manage.routesToAlgo(order, algo)) return SendResult::Failed;
     inform(kCaptionPrompt, kMsgSendFailed);
     return SendResult::Failed;
 }

@@ -105,3 +105,9 @@ TEST(PriceRounding, OnGridPricesStayPut) {
 }
 
 }  // namespace
+
+TEST(PricePoint, OnTheGridUnlessFinerThanIt) {
+    EXPECT_DOUBLE_EQ(price::pointOnGrid(1, 0.2f), 0.2);  // not 0.2000000030
+    EXPECT_DOUBLE_EQ(price::pointOnGrid(2, 0.5f), 1.0);
+    EXPECT_NEAR(price::pointOnGrid(1, 0.00001f), 0.00001, 1e-9);  // finer: the plain product
+}

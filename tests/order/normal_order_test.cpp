@@ -325,6 +325,20 @@ TEST_F(NormalOrderTest, AlgoBoxPassesTheTicketsBlock) {
     EXPECT_EQ(ui.toAlgo[0].dVolume, 10.0);
 }
 
+TEST_F(NormalOrderTest, NoAlgoCentreMeansOneExplanationNotASendFailure) {
+    settings([](HelmsmanSettings& s) { s.bShowNormalOrderConfirm = 0; });
+    openOn("ag2412");
+    ticket->algoSetting().nBaseLine = 10;
+    ui.algoCentreAvailable = false;  // the centre says why itself
+    controls().price = 3000;
+    controls().volumeText = "10";
+    controls().algo = true;
+    const size_t boxesBefore = prompter.boxes.size();
+    EXPECT_EQ(page().send(kDirBuy), Result::Failed);
+    EXPECT_TRUE(host.sent.empty());
+    EXPECT_EQ(prompter.boxes.size(), boxesBefore);
+}
+
 // ---- Single-order cap --------------------------------------------------------------------
 
 struct CapCase {
