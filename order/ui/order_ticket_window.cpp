@@ -64,21 +64,37 @@ QSpinBox* pointSpin(QWidget* parent, const char* name) {
     return s;
 }
 
-QLabel* valueLabel(QWidget* parent, const char* name, const char* colour) {
+// Chinese convention: above the previous settlement red, below it green; readable on the
+// light and on the dark palette alike. Colours go through style sheets, which win over any
+// palette the host's own style sheet imposes.
+const char* const kRiseCss = "color: #e0383e;";
+const char* const kFallCss = "color: #1fa35a;";
+
+QLabel* valueLabel(QWidget* parent, const char* name, bool bold = true) {
     auto* l = new QLabel(q(tx::kNoValue), parent);
     l->setObjectName(name);
     l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     l->setMinimumWidth(64);
-    l->setStyleSheet(QString("color: %1; font-weight: 600;").arg(colour));
+    QFont f = l->font();
+    f.setBold(bold);
+    l->setFont(f);
     l->setTextInteractionFlags(Qt::TextSelectableByMouse);
     return l;
 }
 
-QLabel* caption(QWidget* parent, const char* text) {
-    auto* l = new QLabel(q(text), parent);
-    l->setStyleSheet("color: #505050;");
-    return l;
+// Colours a price by where it stands against the reference; restyles only on a change.
+void setTrend(QLabel* l, double price, double reference) {
+    const int trend = !isPricePresent(price) || !isPricePresent(reference) ? 0
+                      : price > reference + kPriceEpsilon                 ? 1
+                      : price < reference - kPriceEpsilon                 ? -1
+                                                                          : 0;
+    const QVariant old = l->property("trend");
+    if (old.isValid() && old.toInt() == trend) return;
+    l->setProperty("trend", trend);
+    l->setStyleSheet(trend > 0 ? kRiseCss : trend < 0 ? kFallCss : "");
 }
+
+QLabel* caption(QWidget* parent, const char* text) { return new QLabel(q(text), parent); }
 
 }  // namespace
 
@@ -183,18 +199,19 @@ void OrderTicketWindow::buildFrame() {
     auto* quoteFrame = new QFrame(this);
     quoteFrame->setObjectName("quoteBlock");
     quoteFrame->setFrameShape(QFrame::StyledPanel);
-    quoteFrame->setStyleSheet("#quoteBlock { background: #fbfbf7; }");
-    m_last = valueLabel(quoteFrame, "last", "#202020");
-    m_ask = valueLabel(quoteFrame, "ask", "#0a8a3a");
-    m_askVol = valueLabel(quoteFrame, "askVol", "#606060");
-    m_bid = valueLabel(quoteFrame, "bid", "#c8202a");
-    m_bidVol = valueLabel(quoteFrame, "bidVol", "#606060");
-    m_upper = valueLabel(quoteFrame, "upper", "#c8202a");
-    m_lower = valueLabel(quoteFrame, "lower", "#0a8a3a");
-    for (QLabel* v : {m_askVol, m_bidVol}) {
-        v->setMinimumWidth(36);
-        v->setStyleSheet("color: #606060;");
-    }
+    quoteFrame->setBackgroundRole(QPalette::Base);
+    quoteFrame->setAutoFillBackground(true);
+    m_last = valueLabel(quoteFrame, "last");
+    m_ask = valueLabel(quoteFrame, "ask");
+    m_askVol = valueLabel(quoteFrame, "askVol", false);
+    m_bid = valueLabel(quoteFrame, "bid");
+    m_bidVol = valueLabel(quoteFrame, "bidVol", false);
+    m_upper = valueLabel(quoteFrame, "upper");
+    m_lower = valueLabel(quoteFrame, "lower");
+    for (QLabel* v : {m_askVol, m_bidVol}) v->setMinimumWidth(36);
+    // The limits always read as the band's two ends.
+    m_upper->setStyleSheet(kRiseCss);
+    m_lower->setStyleSheet(kFallCss);
     auto* quote = new QGridLayout(quoteFrame);
     quote->setContentsMargins(8, 4, 8, 4);
     quote->setVerticalSpacing(2);
@@ -307,11 +324,11 @@ QWidget* OrderTicketWindow::buildImmediatePage() {
         b->setMaximumWidth(48);
         // Down must read as on at a glance: a filled button, not a shade darker.
         b->setStyleSheet(
-            "QPushButton { border: 1px solid #a0a0a0; border-radius: 3px; padding: 3px 6px;"
-            " background: #f4f4f4; }"
+            "QPushButton { border: 1px solid palette(mid); border-radius: 3px; padding: 3px 6px;"
+            " background: palette(button); color: palette(button-text); }"
             "QPushButton:checked { background: #2f6fc4; color: white; border-color: #1f4f94; }"
-            "QPushButton:disabled { color: #a0a0a0; }"
-            "QPushButton:focus { border-color: #202020; }");
+            "QPushButton:disabled { color: palette(mid); }"
+            "QPushButton:focus { border-color: palette(highlight); }");
     }
     // No button is ever the dialog's default: Enter must not send an order.
     for (QPushButton* b : {m_stopAuto, m_profitAuto, m_algoSettings, m_buy, m_sell}) {
@@ -403,7 +420,7 @@ QWidget* OrderTicketWindow::buildPendingPage() {
     auto* page = new QWidget(this);
     auto* label = new QLabel(q(tx::kTriggerPagePending), page);
     label->setAlignment(Qt::AlignCenter);
-    label->setStyleSheet("color: #808080;");
+    label->setEnabled(false);  // reads as "not here yet" in any palette
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(label);
     return page;
@@ -475,6 +492,10 @@ void OrderTicketWindow::refreshQuote() {
     m_askVol->setText(q(t.askVol.data()));
     m_upper->setText(q(t.upper.data()));
     m_lower->setText(q(t.lower.data()));
+    const auto& quoteNow = m_core->tick();
+    setTrend(m_last, quoteNow.dLast, quoteNow.dPreSettle);
+    setTrend(m_ask, quoteNow.dAsk, quoteNow.dPreSettle);
+    setTrend(m_bid, quoteNow.dBid, quoteNow.dPreSettle);
     if (m_core->quoteValid()) {
         const auto& tick = m_core->tick();
         const std::int64_t when = tick.tQuoteTime > 0 ? tick.tQuoteTime : m_manage.clock().nowMs();
