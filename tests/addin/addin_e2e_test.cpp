@@ -5,6 +5,9 @@
 
 #include <QApplication>
 #include <QLibrary>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTimer>
 #include <QWidget>
 #include <filesystem>
 #include <fstream>
@@ -24,6 +27,7 @@ struct Exports {
     decltype(&HelmsmanSendMessage) sendMessage = nullptr;
     decltype(&HelmsmanUseClock) useClock = nullptr;
     decltype(&ShowConfirmOrder) showConfirmOrder = nullptr;
+    decltype(&OpenHelmsman) openHelmsman = nullptr;
 };
 
 // Forwards the exchange's events to the add-in, as the host's message loop would, and keeps
@@ -65,25 +69,43 @@ QWidget* visibleWindowTitled(const char* title) {
     return nullptr;
 }
 
-TEST(AddinEndToEnd, PlainOrderFillsAndIsAnnounced) {
-    int argc = 1;
-    char name[] = "test_addin";
-    char* argv[] = {name, nullptr};
-    QApplication app(argc, argv);
+QApplication& app() {
+    static int argc = 1;
+    static char name[] = "test_addin";
+    static char* argv[] = {name, nullptr};
+    static QApplication* a = new QApplication(argc, argv);
+    return *a;
+}
 
-    QLibrary lib(QStringLiteral(HELMSMAN_ADDIN));
-    ASSERT_TRUE(lib.load()) << lib.errorString().toStdString();
-    Exports x;
-    x.init = reinterpret_cast<decltype(x.init)>(lib.resolve("InitHelmsman"));
-    x.dataChange = reinterpret_cast<decltype(x.dataChange)>(lib.resolve("HelmsmanDataChange"));
-    x.logonChange =
-        reinterpret_cast<decltype(x.logonChange)>(lib.resolve("HelmsmanLogonStateChange"));
-    x.sendMessage = reinterpret_cast<decltype(x.sendMessage)>(lib.resolve("HelmsmanSendMessage"));
-    x.useClock = reinterpret_cast<decltype(x.useClock)>(lib.resolve("HelmsmanUseClock"));
-    x.showConfirmOrder =
-        reinterpret_cast<decltype(x.showConfirmOrder)>(lib.resolve("ShowConfirmOrder"));
+// The add-in, loaded once by name as the host does, with its exports resolved.
+const Exports& addin() {
+    static QLibrary lib(QStringLiteral(HELMSMAN_ADDIN));
+    static Exports x = [] {
+        Exports e;
+        if (!lib.load()) {
+            ADD_FAILURE() << lib.errorString().toStdString();
+            return e;
+        }
+        e.init = reinterpret_cast<decltype(e.init)>(lib.resolve("InitHelmsman"));
+        e.dataChange = reinterpret_cast<decltype(e.dataChange)>(lib.resolve("HelmsmanDataChange"));
+        e.logonChange =
+            reinterpret_cast<decltype(e.logonChange)>(lib.resolve("HelmsmanLogonStateChange"));
+        e.sendMessage =
+            reinterpret_cast<decltype(e.sendMessage)>(lib.resolve("HelmsmanSendMessage"));
+        e.useClock = reinterpret_cast<decltype(e.useClock)>(lib.resolve("HelmsmanUseClock"));
+        e.showConfirmOrder =
+            reinterpret_cast<decltype(e.showConfirmOrder)>(lib.resolve("ShowConfirmOrder"));
+        e.openHelmsman = reinterpret_cast<decltype(e.openHelmsman)>(lib.resolve("OpenHelmsman"));
+        return e;
+    }();
+    return x;
+}
+
+TEST(AddinEndToEnd, PlainOrderFillsAndIsAnnounced) {
+    app();
+    const Exports& x = addin();
     ASSERT_TRUE(x.init && x.dataChange && x.logonChange && x.sendMessage && x.useClock &&
-                x.showConfirmOrder);
+                x.showConfirmOrder && x.openHelmsman);
 
     // The user wants fill notices.
     const auto root = std::filesystem::temp_directory_path() / "helmsman_addin_e2e";
@@ -126,7 +148,7 @@ TEST(AddinEndToEnd, PlainOrderFillsAndIsAnnounced) {
 
     for (int i = 0; i < 5; ++i) {
         sim.deliverPending();
-        app.processEvents();
+        app().processEvents();
     }
     ASSERT_FALSE(forwarder.statuses.empty());
     EXPECT_EQ(forwarder.statuses.back(), kOrderFilled);
@@ -145,6 +167,113 @@ TEST(AddinEndToEnd, PlainOrderFillsAndIsAnnounced) {
 
     sim.setEventSink(nullptr);
     x.init(1, nullptr, root.string().c_str(), "e2e", 0);  // let go of the exchange
+    for (QWidget* w : QApplication::topLevelWidgets()) w->close();
+    std::filesystem::remove_all(root);
+}
+
+}  // namespace
+
+namespace {
+
+QWidget* topLevelNamed(const char* objectName) {
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->isVisible() && w->objectName() == QLatin1String(objectName)) return w;
+    return nullptr;
+}
+
+// Rows of the single fill notice, shown or hidden (it keeps its list while hidden).
+int noticeRows() {
+    QWidget* notice = nullptr;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->windowTitle() == QString::fromUtf8(confirm_text::kFillWindowTitle)) notice = w;
+    auto* list = notice ? notice->findChild<QTableWidget*>("fillList") : nullptr;
+    return list ? list->rowCount() : 0;
+}
+
+// Presses OK on the modal confirmation as soon as it is up; counts the confirmations seen.
+void acceptConfirmationWhenShown(int* accepted) {
+    QTimer::singleShot(10, [accepted] {
+        QWidget* modal = QApplication::activeModalWidget();
+        auto* ok = modal ? modal->findChild<QPushButton*>("okButton") : nullptr;
+        if (!ok) {
+            acceptConfirmationWhenShown(accepted);
+            return;
+        }
+        ++*accepted;
+        ok->click();
+    });
+}
+
+// The whole path a trader takes: a ticket opened through the export, three buys at the ask
+// each confirmed in the confirmation window, three fills in the simulated book, one fill
+// notice holding all three in arrival order.
+TEST(AddinEndToEnd, TicketConfirmFillAndOneNoticeForThreeFills) {
+    app();
+    const Exports& x = addin();
+    ASSERT_TRUE(x.init && x.openHelmsman);
+
+    const auto root = std::filesystem::temp_directory_path() / "helmsman_ticket_e2e";
+    std::filesystem::remove_all(root);
+    std::filesystem::create_directories(root / "user" / "e2e");
+    std::ofstream(root / "user" / "e2e" / "Profile.ini")
+        << "[Helmsman]\r\nbShowFilledOrder=1\r\nbShowNormalOrderConfirm=1\r\n"
+           "bUseBidAskPrice=1\r\ndDefaultVolume=1\r\n";
+
+    ManualClock clock(todayAt(10, 30));
+    SimExchange sim(clock);
+    Forwarder forwarder(x);
+    sim.setEventSink(&forwarder);
+    x.useClock(&clock);
+    x.init(1, &sim, root.string().c_str(), "e2e", 0);
+    sim.step();
+    sim.deliverPending();
+
+    std::vector<tagAccoutInfo> accounts;
+    sim.GetAvailableAccounts(accounts);
+    ASSERT_FALSE(accounts.empty());
+    tagHelmsmanPrefill prefill;
+    prefill.account = accounts[0];
+    prefill.symbol = tagSymbol{3, "IF2101"};
+    ASSERT_EQ(x.openHelmsman(&prefill), 1);
+    QWidget* ticket = topLevelNamed("orderTicket");
+    ASSERT_NE(ticket, nullptr);
+    auto* buy = ticket->findChild<QPushButton*>("buy");
+    ASSERT_NE(buy, nullptr);
+
+    const int rowsBefore = noticeRows();
+    int accepted = 0;
+    for (int i = 0; i < 3; ++i) {
+        clock.advanceMs(500);
+        sim.step();  // a fresh book; the ticket hears its quote through its window handle
+        for (int k = 0; k < 3; ++k) {
+            sim.deliverPending();
+            app().processEvents();
+        }
+        acceptConfirmationWhenShown(&accepted);
+        buy->click();  // returns once the confirmation was accepted and the order sent
+        for (int k = 0; k < 3; ++k) {
+            sim.deliverPending();
+            app().processEvents();
+        }
+    }
+    EXPECT_EQ(accepted, 3);
+    EXPECT_EQ(forwarder.fills, 3);
+
+    std::vector<tagBargainOrder> fills;
+    sim.GetAllBargains(fills);
+    ASSERT_EQ(fills.size(), 3u);
+    for (const auto& f : fills) EXPECT_EQ(f.strRemark, "舵手");
+    EXPECT_NE(visibleWindowTitled(confirm_text::kFillWindowTitle), nullptr);
+    EXPECT_EQ(noticeRows(), rowsBefore + 3);
+    std::vector<tagBrokerOrder> orders;
+    sim.GetAllOrders(orders);
+    ASSERT_EQ(orders.size(), 3u);
+    for (const auto& o : orders) EXPECT_EQ(o.nStatus, kOrderFilled);
+
+    ticket->close();
+    app().processEvents();
+    sim.setEventSink(nullptr);
+    x.init(1, nullptr, root.string().c_str(), "e2e", 0);
     for (QWidget* w : QApplication::topLevelWidgets()) w->close();
     std::filesystem::remove_all(root);
 }
