@@ -5,10 +5,11 @@
 #include "host/clock.h"
 #include "host/window.h"
 #include "sim/sim_exchange.h"
+#include "sim/sim_test_util.h"
 
 namespace {
 
-const tagSymbol kIF{3, "IF2101"};
+using simtest::kIF;
 
 struct CountingSink : ISimEventSink {
     std::uint64_t data = 0, windows = 0;
@@ -34,15 +35,7 @@ std::int64_t tenOClock() {
 }
 
 IModuleFutureTrader::ITickEx quote(double bid, double ask, double last) {
-    IModuleFutureTrader::ITickEx t;
-    t.wExchangeID = kIF.wExchangeID;
-    t.strCode = kIF.strCode;
-    t.dBid = bid;
-    t.dBidVol = 10;
-    t.dAsk = ask;
-    t.dAskVol = 10;
-    t.dLast = last;
-    return t;
+    return simtest::quote(kIF, bid, 10, ask, 10, last);
 }
 
 tagBrokerOrder order(int dir, double vol, double px) {
@@ -61,9 +54,7 @@ tagBrokerOrder order(int dir, double vol, double px) {
 // One imposed quote of a symbol subscribed by `handles` windows, delivered to the sink.
 void BM_QuoteToDelivery(benchmark::State& state) {
     ManualClock clock(tenOClock());
-    SimOptions opt;
-    opt.randomWalk = false;
-    SimExchange ex(clock, opt);
+    SimExchange ex(clock, simtest::quietOptions());
     ex.setAccountFunds("880001", 1e12);
     CountingSink sink;
     ex.setEventSink(&sink);
@@ -110,9 +101,7 @@ BENCHMARK(BM_StepAndDeliverCatalogue);
 // contract (spread over 100 price levels below the market) that it must not disturb.
 void BM_SendOrderWithResting(benchmark::State& state) {
     ManualClock clock(tenOClock());
-    SimOptions opt;
-    opt.randomWalk = false;
-    SimExchange ex(clock, opt);
+    SimExchange ex(clock, simtest::quietOptions());
     ex.setAccountFunds("880001", 1e12);
     auto deep = quote(5230.0, 5230.2, 5230.0);
     deep.dBidVol = deep.dAskVol = 1e12;  // the touch never runs dry
@@ -137,9 +126,7 @@ BENCHMARK(BM_SendOrderWithResting)->Arg(0)->Arg(1000);
 // price index must make this independent of the resting count.
 void BM_QuoteRoundWithResting(benchmark::State& state) {
     ManualClock clock(tenOClock());
-    SimOptions opt;
-    opt.randomWalk = false;
-    SimExchange ex(clock, opt);
+    SimExchange ex(clock, simtest::quietOptions());
     ex.setAccountFunds("880001", 1e12);
     ex.applyQuote(quote(5230.0, 5230.2, 5230.0));
     for (int i = 0; i < state.range(0); ++i) {
@@ -159,9 +146,7 @@ BENCHMARK(BM_QuoteRoundWithResting)->Arg(0)->Arg(1000)->Arg(10000);
 // trades through them all.
 void BM_TradeThroughThousandResting(benchmark::State& state) {
     ManualClock clock(tenOClock());
-    SimOptions opt;
-    opt.randomWalk = false;
-    SimExchange ex(clock, opt);
+    SimExchange ex(clock, simtest::quietOptions());
     ex.setAccountFunds("880001", 1e12);
     for (auto _ : state) {
         state.PauseTiming();

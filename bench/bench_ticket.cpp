@@ -10,6 +10,7 @@
 #include "app/helmsman_manage.h"
 #include "host/clock.h"
 #include "order/master_dialog.h"
+#include "support/quote_builders.h"
 
 namespace {
 
@@ -102,10 +103,7 @@ struct Desk {
     Desk() {
         root = std::filesystem::temp_directory_path() /
                ("helmsman_bench_ticket_" + std::to_string(std::random_device{}()));
-        facade.spec.fPriceUnit = 1.0f;
-        facade.spec.nMinMove = 1;
-        facade.spec.dMultiplier = 15;
-        facade.spec.dMarginRate = 0.12;
+        facade.spec = contractSpec(1.0f, 1, 15, 0.12);
         facade.snapshot.wExchangeID = 1;
         facade.snapshot.strCode = "ag2412";
         facade.snapshot.dLast = 7001;

@@ -9,14 +9,14 @@
 #include <QTableWidget>
 #include <QTimer>
 #include <QWidget>
-#include <filesystem>
-#include <fstream>
 
 #include "app/exports.h"
 #include "host/clock.h"
 #include "host/window.h"
 #include "order/confirm_strings.h"
 #include "sim/sim_exchange.h"
+#include "support/qt_app.h"
+#include "support/temp_dir.h"
 
 namespace {
 
@@ -69,14 +69,6 @@ QWidget* visibleWindowTitled(const char* title) {
     return nullptr;
 }
 
-QApplication& app() {
-    static int argc = 1;
-    static char name[] = "test_addin";
-    static char* argv[] = {name, nullptr};
-    static QApplication* a = new QApplication(argc, argv);
-    return *a;
-}
-
 // The add-in, loaded once by name as the host does, with its exports resolved.
 const Exports& addin() {
     static QLibrary lib(QStringLiteral(HELMSMAN_ADDIN));
@@ -102,16 +94,14 @@ const Exports& addin() {
 }
 
 TEST(AddinEndToEnd, PlainOrderFillsAndIsAnnounced) {
-    app();
+    testApp();
     const Exports& x = addin();
     ASSERT_TRUE(x.init && x.dataChange && x.logonChange && x.sendMessage && x.useClock &&
                 x.showConfirmOrder && x.openHelmsman);
 
     // The user wants fill notices.
-    const auto root = std::filesystem::temp_directory_path() / "helmsman_addin_e2e";
-    std::filesystem::remove_all(root);
-    std::filesystem::create_directories(root / "user" / "e2e");
-    std::ofstream(root / "user" / "e2e" / "Profile.ini") << "[Helmsman]\r\nbShowFilledOrder=1\r\n";
+    const TempDir root("helmsman_addin_e2e");
+    writeFileBytes(root / "user" / "e2e" / "Profile.ini", "[Helmsman]\r\nbShowFilledOrder=1\r\n");
 
     ManualClock clock(todayAt(10, 0));
     SimExchange sim(clock);
@@ -148,7 +138,7 @@ TEST(AddinEndToEnd, PlainOrderFillsAndIsAnnounced) {
 
     for (int i = 0; i < 5; ++i) {
         sim.deliverPending();
-        app().processEvents();
+        testApp().processEvents();
     }
     ASSERT_FALSE(forwarder.statuses.empty());
     EXPECT_EQ(forwarder.statuses.back(), kOrderFilled);
@@ -168,7 +158,6 @@ TEST(AddinEndToEnd, PlainOrderFillsAndIsAnnounced) {
     sim.setEventSink(nullptr);
     x.init(1, nullptr, root.string().c_str(), "e2e", 0);  // let go of the exchange
     for (QWidget* w : QApplication::topLevelWidgets()) w->close();
-    std::filesystem::remove_all(root);
 }
 
 }  // namespace
@@ -208,16 +197,14 @@ void acceptConfirmationWhenShown(int* accepted) {
 // each confirmed in the confirmation window, three fills in the simulated book, one fill
 // notice holding all three in arrival order.
 TEST(AddinEndToEnd, TicketConfirmFillAndOneNoticeForThreeFills) {
-    app();
+    testApp();
     const Exports& x = addin();
     ASSERT_TRUE(x.init && x.openHelmsman);
 
-    const auto root = std::filesystem::temp_directory_path() / "helmsman_ticket_e2e";
-    std::filesystem::remove_all(root);
-    std::filesystem::create_directories(root / "user" / "e2e");
-    std::ofstream(root / "user" / "e2e" / "Profile.ini")
-        << "[Helmsman]\r\nbShowFilledOrder=1\r\nbShowNormalOrderConfirm=1\r\n"
-           "bUseBidAskPrice=1\r\ndDefaultVolume=1\r\n";
+    const TempDir root("helmsman_ticket_e2e");
+    writeFileBytes(root / "user" / "e2e" / "Profile.ini",
+                   "[Helmsman]\r\nbShowFilledOrder=1\r\nbShowNormalOrderConfirm=1\r\n"
+                   "bUseBidAskPrice=1\r\ndDefaultVolume=1\r\n");
 
     ManualClock clock(todayAt(10, 30));
     SimExchange sim(clock);
@@ -247,13 +234,13 @@ TEST(AddinEndToEnd, TicketConfirmFillAndOneNoticeForThreeFills) {
         sim.step();  // a fresh book; the ticket hears its quote through its window handle
         for (int k = 0; k < 3; ++k) {
             sim.deliverPending();
-            app().processEvents();
+            testApp().processEvents();
         }
         acceptConfirmationWhenShown(&accepted);
         buy->click();  // returns once the confirmation was accepted and the order sent
         for (int k = 0; k < 3; ++k) {
             sim.deliverPending();
-            app().processEvents();
+            testApp().processEvents();
         }
     }
     EXPECT_EQ(accepted, 3);
@@ -271,11 +258,10 @@ TEST(AddinEndToEnd, TicketConfirmFillAndOneNoticeForThreeFills) {
     for (const auto& o : orders) EXPECT_EQ(o.nStatus, kOrderFilled);
 
     ticket->close();
-    app().processEvents();
+    testApp().processEvents();
     sim.setEventSink(nullptr);
     x.init(1, nullptr, root.string().c_str(), "e2e", 0);
     for (QWidget* w : QApplication::topLevelWidgets()) w->close();
-    std::filesystem::remove_all(root);
 }
 
 }  // namespace

@@ -5,21 +5,17 @@
 #include "app/helmsman_manage.h"
 #include "support/fake_host.h"
 #include "support/scripted.h"
+#include "support/temp_dir.h"
 
 namespace {
 
 class ManagerTest : public testing::Test {
 protected:
     void SetUp() override {
-        m_root = std::filesystem::temp_directory_path() /
-                 ("helmsman_mgr_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                  "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        std::filesystem::remove_all(m_root);
         manager.setUi(&ui);
         manager.setPrompter(&prompter);
         manager.init(7, &host, m_root.string(), "trader", 42);
     }
-    void TearDown() override { std::filesystem::remove_all(m_root); }
 
     void showFills(bool on) {
         HelmsmanSettings s = manager.settings();
@@ -38,7 +34,7 @@ protected:
         return o;
     }
 
-    std::filesystem::path m_root;
+    TempDir m_root{"helmsman_mgr"};
     FakeHost host;
     ScriptedUi ui;
     ScriptedPrompter prompter;
@@ -261,12 +257,7 @@ TEST_F(ManagerTest, ConfirmedBatchSendsTheEditedOrders) {
 }
 
 TEST_F(ManagerTest, SaveKeepsTheNeverWrittenKeysInMemory) {
-    {
-        std::filesystem::create_directories(manager.userDir());
-        std::FILE* f = std::fopen(manager.profilePath().string().c_str(), "wb");
-        std::fputs("[Helmsman]\r\nbAutoKP=1\r\nnMinAutoKPPos=0\r\n", f);
-        std::fclose(f);
-    }
+    writeFileBytes(manager.profilePath(), "[Helmsman]\r\nbAutoKP=1\r\nnMinAutoKPPos=0\r\n");
     manager.loadSettings();
     EXPECT_EQ(manager.settings().bAutoKP, 1);
     HelmsmanSettings s = manager.settings();

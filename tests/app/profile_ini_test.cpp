@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <fstream>
 #include <random>
-#include <sstream>
+
+#include "support/temp_dir.h"
 
 namespace fs = std::filesystem;
 
@@ -13,27 +13,8 @@ namespace {
 
 class ProfileIniTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        m_dir = fs::temp_directory_path() /
-                ("helmsman_profile_" +
-                 std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
-                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(m_dir);
-        fs::create_directories(m_dir);
-        m_file = m_dir / "Profile.ini";
-    }
-    void TearDown() override { fs::remove_all(m_dir); }
-
-    void put(const std::string& bytes) const {
-        std::ofstream out(m_file, std::ios::binary | std::ios::trunc);
-        out << bytes;
-    }
-    std::string disk() const {
-        std::ifstream in(m_file, std::ios::binary);
-        std::ostringstream s;
-        s << in.rdbuf();
-        return s.str();
-    }
+    void put(const std::string& bytes) const { writeFileBytes(m_file, bytes); }
+    std::string disk() const { return readFileBytes(m_file); }
     // Writes through a loaded object and saves, then returns the bytes on disk.
     std::string writeAndSave(const std::string& section, const std::string& key,
                              const std::string& value) const {
@@ -43,8 +24,8 @@ protected:
         return disk();
     }
 
-    fs::path m_dir;
-    fs::path m_file;
+    TempDir m_dir{"helmsman_profile"};
+    fs::path m_file = m_dir / "Profile.ini";
 };
 
 const char* const kReadFile =

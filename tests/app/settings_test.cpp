@@ -3,10 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 
 #include "app/profile_ini.h"
+#include "support/temp_dir.h"
 
 namespace fs = std::filesystem;
 
@@ -14,29 +13,11 @@ namespace {
 
 class SettingsTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        m_dir = fs::temp_directory_path() /
-                (std::string("helmsman_settings_") +
-                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(m_dir);
-        fs::create_directories(m_dir);
-        m_file = m_dir / "Profile.ini";
-    }
-    void TearDown() override { fs::remove_all(m_dir); }
+    void put(const std::string& bytes) const { writeFileBytes(m_file, bytes); }
+    std::string disk() const { return readFileBytes(m_file); }
 
-    void put(const std::string& bytes) const {
-        std::ofstream out(m_file, std::ios::binary | std::ios::trunc);
-        out << bytes;
-    }
-    std::string disk() const {
-        std::ifstream in(m_file, std::ios::binary);
-        std::ostringstream s;
-        s << in.rdbuf();
-        return s.str();
-    }
-
-    fs::path m_dir;
-    fs::path m_file;
+    TempDir m_dir{"helmsman_settings"};
+    fs::path m_file = m_dir / "Profile.ini";
 };
 
 // Every written key in the order the file lists them after a fresh save.

@@ -17,40 +17,32 @@
 #include "shell/record_table_model.h"
 #include "shell/shell_options.h"
 #include "sim/sim_exchange.h"
+#include "support/qt_app.h"
+#include "support/quote_builders.h"
 
 namespace {
 
 // Records a model's change signals: the rows dataChanged named, and how many resets.
 struct ModelSignals {
     explicit ModelSignals(QAbstractItemModel& m) {
-        QObject::connect(&m, &QAbstractItemModel::dataChanged,
-                         [this](const QModelIndex& tl, const QModelIndex&) {
-                             changedRows.push_back(tl.row());
-                         });
+        QObject::connect(
+            &m, &QAbstractItemModel::dataChanged,
+            [this](const QModelIndex& tl, const QModelIndex&) { changedRows.push_back(tl.row()); });
         QObject::connect(&m, &QAbstractItemModel::modelReset, [this] { ++resets; });
     }
     std::vector<int> changedRows;
     int resets = 0;
 };
 
-QApplication& app() {
-    static int argc = 1;
-    static char name[] = "test_shell";
-    static char* argv[] = {name, nullptr};
-    static QApplication a(argc, argv);
-    return a;
-}
-
 // ---- Command line ------------------------------------------------------------------------
 
 TEST(ShellOptions, AcceptsEveryOption) {
     ShellOptions o;
     QString error;
-    ASSERT_TRUE(parseShellOptions({"--root", "/r", "--user=li", "--market-time", "09:30:00",
-                                   "--ticks", "a.csv", "b.csv", "--open",
-                                   "OpenHelmsman,OpenLocalTrigger", "--screenshot", "/s",
-                                   "--quit-after", "3000"},
-                                  o, error))
+    ASSERT_TRUE(parseShellOptions(
+        {"--root", "/r", "--user=li", "--market-time", "09:30:00", "--ticks", "a.csv", "b.csv",
+         "--open", "OpenHelmsman,OpenLocalTrigger", "--screenshot", "/s", "--quit-after", "3000"},
+        o, error))
         << error.toStdString();
     EXPECT_EQ(o.rootDir, "/r");
     EXPECT_EQ(o.userName, "li");
@@ -100,8 +92,8 @@ TEST(ShellOptions, RefusesBadInputWithAReason) {
 
 TEST(ShellOptions, MarketTimeOffsetLandsOnThatTimeToday) {
     const QDateTime now(QDate(2021, 1, 4), QTime(14, 5, 7, 250), Qt::LocalTime);
-    for (const QTime target : {QTime(9, 30, 0), QTime(0, 0, 0), QTime(23, 59, 59),
-                               QTime(14, 5, 7)}) {
+    for (const QTime target :
+         {QTime(9, 30, 0), QTime(0, 0, 0), QTime(23, 59, 59), QTime(14, 5, 7)}) {
         const std::int64_t offset = marketTimeOffsetMs(target, now.toMSecsSinceEpoch());
         const QDateTime shifted =
             QDateTime::fromMSecsSinceEpoch(now.toMSecsSinceEpoch() + offset, Qt::LocalTime);
@@ -131,17 +123,16 @@ TEST(MonitorRows, WorkingOrdersAreTheOnesStillAtTheExchange) {
     const struct {
         std::int32_t status;
         bool working;
-    } cases[] = {{kOrderSending, true},    {kOrderQueued, true},        {kOrderPartFilled, true},
-                 {kOrderCancelling, true}, {kOrderFilled, false},       {kOrderCancelled, false},
-                 {kOrderRejected, false},  {kOrderPartCancelled, false}, {kOrderExpired, false},
+    } cases[] = {{kOrderSending, true},     {kOrderQueued, true},         {kOrderPartFilled, true},
+                 {kOrderCancelling, true},  {kOrderFilled, false},        {kOrderCancelled, false},
+                 {kOrderRejected, false},   {kOrderPartCancelled, false}, {kOrderExpired, false},
                  {kOrderWaitTrigger, false}};
     for (const auto& c : cases) EXPECT_EQ(isWorkingStatus(c.status), c.working) << c.status;
 }
 
 TEST(MonitorRows, OrdersNewestFirstAndWorkingFilter) {
-    const std::vector<tagBrokerOrder> orders = {order("1", kOrderFilled),
-                                                order("2", kOrderQueued, 4401.5),
-                                                order("3", kOrderRejected)};
+    const std::vector<tagBrokerOrder> orders = {
+        order("1", kOrderFilled), order("2", kOrderQueued, 4401.5), order("3", kOrderRejected)};
     const auto all = orderRows(orders, false, kTwoDecimals);
     ASSERT_EQ(all.size(), 3u);
     EXPECT_EQ(all[0].key, "880001|9999|3");
@@ -192,9 +183,9 @@ TEST(QuoteBoard, RedUpGreenDownAgainstTheSettlement) {
         double price, reference;
         QColor expected;
     } cases[] = {
-        {4410, 4402, QuoteBoardModel::kUp},     {4390, 4402, QuoteBoardModel::kDown},
-        {4402, 4402, QuoteBoardModel::kFlat},   {0, 4402, QuoteBoardModel::kFlat},
-        {4410, 0, QuoteBoardModel::kFlat},      {97.625, 97.62, QuoteBoardModel::kUp},
+        {4410, 4402, QuoteBoardModel::kUp},   {4390, 4402, QuoteBoardModel::kDown},
+        {4402, 4402, QuoteBoardModel::kFlat}, {0, 4402, QuoteBoardModel::kFlat},
+        {4410, 0, QuoteBoardModel::kFlat},    {97.625, 97.62, QuoteBoardModel::kUp},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(QuoteBoardModel::priceColor(c.price, c.reference), c.expected)
@@ -208,7 +199,7 @@ TEST(QuoteBoard, RedUpGreenDownAgainstTheSettlement) {
 }
 
 TEST(QuoteBoard, AQuoteUpdatesOnlyItsRow) {
-    app();
+    testApp();
     QuoteBoardModel m;
     std::vector<QuoteBoardModel::Row> rows(2);
     rows[0].symbol = {0, "rb2105"};
@@ -218,11 +209,7 @@ TEST(QuoteBoard, AQuoteUpdatesOnlyItsRow) {
     m.setRows(rows);
     ModelSignals sig(m);
 
-    IModuleFutureTrader::ITickEx t;
-    t.wExchangeID = 3;
-    t.strCode = "IF2101";
-    t.dLast = 5234.0;
-    t.dPreSettle = 5216.2;
+    IModuleFutureTrader::ITickEx t = TickBuilder(3, "IF2101").last(5234.0).preSettle(5216.2);
     ASSERT_TRUE(m.applyQuote(t));
     EXPECT_EQ(sig.changedRows, std::vector<int>{1});
     EXPECT_EQ(m.data(m.index(1, QuoteBoardModel::kLast), Qt::DisplayRole).toString(), "5234.0");
@@ -237,7 +224,7 @@ TEST(QuoteBoard, AQuoteUpdatesOnlyItsRow) {
 }
 
 TEST(RecordTable, SameKeysUpdateInPlaceOtherKeysReset) {
-    app();
+    testApp();
     RecordTableModel m({"a", "b"});
     auto row = [](const char* key, const char* text) {
         return RecordRow{key, {RecordCell{key, {}, false}, RecordCell{text, {}, false}}};
@@ -303,7 +290,7 @@ TEST(AddinLoader, ResolvesExportsAndAsksWhichToolsWork) {
 class DeskTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        app();
+        testApp();
         ASSERT_TRUE(m_dir.isValid());
         ASSERT_TRUE(m_lib.load({}, STUB_ADDIN)) << m_lib.errorString().toStdString();
         log = reinterpret_cast<const char* (*)()>(QLibrary(STUB_ADDIN).resolve("StubLog"));
@@ -313,8 +300,8 @@ protected:
         SimOptions so;
         so.randomWalk = false;  // quotes only when the test imposes them
         m_exchange = std::make_unique<SimExchange>(m_clock, so);
-        m_desk = std::make_unique<DeskWindow>(*m_exchange, m_lib, m_dir.filePath("desk.ini"),
-                                              "test");
+        m_desk =
+            std::make_unique<DeskWindow>(*m_exchange, m_lib, m_dir.filePath("desk.ini"), "test");
         m_lib.init(1, m_exchange.get(), "/tmp", "demo", 0);
         m_desk->startPump();
     }
@@ -395,9 +382,9 @@ TEST_F(DeskTest, QuotesMoveTheBoard) {
     ASSERT_GE(row, 0);
     EXPECT_EQ(board.data(board.index(row, QuoteBoardModel::kLast), Qt::DisplayRole).toString(),
               QString::number(t.dLast, 'f', 1));
-    EXPECT_EQ(board.data(board.index(row, QuoteBoardModel::kLast), Qt::ForegroundRole)
-                  .value<QColor>(),
-              QuoteBoardModel::kUp);
+    EXPECT_EQ(
+        board.data(board.index(row, QuoteBoardModel::kLast), Qt::ForegroundRole).value<QColor>(),
+        QuoteBoardModel::kUp);
 }
 
 TEST_F(DeskTest, PickingAnInstrumentLinksEveryOpenTicketOnce) {

@@ -7,17 +7,11 @@
 #include "app/helmsman_manage.h"
 #include "host/clock.h"
 #include "support/fake_host.h"
+#include "support/quote_builders.h"
 #include "support/scripted.h"
+#include "support/temp_dir.h"
 
 namespace {
-
-IModuleFutureTrader::ISpecDetailValue spec(float priceUnit, int minMove) {
-    IModuleFutureTrader::ISpecDetailValue v;
-    v.fPriceUnit = priceUnit;
-    v.nMinMove = minMove;
-    v.dMultiplier = 10;
-    return v;
-}
 
 tagBargainOrder fill(std::string code, int dir, int openClose, double vol, double price,
                      std::string contract, std::string account = "8001") {
@@ -36,9 +30,9 @@ tagBargainOrder fill(std::string code, int dir, int openClose, double vol, doubl
 
 FakeHost hostWithContracts() {
     FakeHost host;
-    host.specs["IF2406"] = spec(0.2f, 1);
-    host.specs["au2412"] = spec(0.02f, 1);
-    host.specs["rb2410"] = spec(1.0f, 1);
+    host.specs["IF2406"] = contractSpec(0.2f, 1, 10);
+    host.specs["au2412"] = contractSpec(0.02f, 1, 10);
+    host.specs["rb2410"] = contractSpec(1.0f, 1, 10);
     return host;
 }
 
@@ -114,22 +108,17 @@ TEST(BargainDialog, ThreeFillsInArrivalOrderAndThePrecisionIsAskedOncePerContrac
 class FillNoticeThroughManager : public ::testing::Test {
 protected:
     void SetUp() override {
-        m_dir =
-            std::filesystem::temp_directory_path() /
-            ("helmsman_fill_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-             "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
         std::filesystem::create_directories(m_dir / "user" / "u");
         m_manager.init(0, &m_host, m_dir.string(), "u", 0);
         m_manager.setUi(&m_ui);
     }
-    void TearDown() override { std::filesystem::remove_all(m_dir); }
     void showFills(bool on) {
         HelmsmanSettings s = m_manager.settings();
         s.bShowFilledOrder = on;
         m_manager.saveSettings(s);
     }
 
-    std::filesystem::path m_dir;
+    TempDir m_dir{"helmsman_fill"};
     FakeHost m_host = hostWithContracts();
     CHelmsmanManage m_manager;
     ScriptedUi m_ui;

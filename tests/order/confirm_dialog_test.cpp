@@ -3,22 +3,15 @@
 #include <gtest/gtest.h>
 
 #include "support/fake_host.h"
+#include "support/quote_builders.h"
 
 namespace {
 
-IModuleFutureTrader::ISpecDetailValue spec(float priceUnit, int minMove) {
-    IModuleFutureTrader::ISpecDetailValue v;
-    v.fPriceUnit = priceUnit;
-    v.nMinMove = minMove;
-    v.dMultiplier = 10;
-    return v;
-}
-
 FakeHost hostWithContracts() {
     FakeHost host;
-    host.specs["IF2406"] = spec(0.2f, 1);  // tick 0.2: one decimal
-    host.specs["rb2410"] = spec(1.0f, 1);  // tick 1: no decimals
-    host.specs["au2412"] = spec(0.02f, 1);
+    host.specs["IF2406"] = contractSpec(0.2f, 1, 10);  // tick 0.2: one decimal
+    host.specs["rb2410"] = contractSpec(1.0f, 1, 10);  // tick 1: no decimals
+    host.specs["au2412"] = contractSpec(0.02f, 1, 10);
     return host;
 }
 

@@ -5,26 +5,16 @@
 #include "app/helmsman_manage.h"
 #include "app/settings.h"
 #include "support/fake_host.h"
+#include "support/quote_builders.h"
 #include "support/scripted.h"
 
 namespace {
 
-IModuleFutureTrader::ISpecDetailValue spec(float priceUnit, int minMove) {
-    IModuleFutureTrader::ISpecDetailValue v;
-    v.fPriceUnit = priceUnit;
-    v.nMinMove = minMove;
-    v.dMultiplier = 10;
-    return v;
-}
-
 FakeHost hostWithIF() {
     FakeHost host;
-    host.specs["IF2406"] = spec(0.2f, 1);
-    host.specs["rb2410"] = spec(1.0f, 1);
-    IModuleFutureTrader::ITickEx q;
-    q.dLowerLimit = 2700;
-    q.dUpperLimit = 3300;
-    host.quotes["IF2406"] = q;  // rb2410 has no quote: no band known
+    host.specs["IF2406"] = contractSpec(0.2f, 1, 10);
+    host.specs["rb2410"] = contractSpec(1.0f, 1, 10);
+    host.quotes["IF2406"] = TickBuilder().limits(2700, 3300);  // rb2410 has no quote: no band known
     return host;
 }
 

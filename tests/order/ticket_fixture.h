@@ -4,18 +4,17 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <filesystem>
 #include <functional>
 #include <memory>
-#include <random>
 #include <string>
 
 #include "app/helmsman_manage.h"
 #include "host/clock.h"
 #include "order/master_dialog.h"
 #include "support/fake_host.h"
+#include "support/quote_builders.h"
 #include "support/scripted.h"
+#include "support/temp_dir.h"
 
 class TicketTest : public ::testing::Test {
 protected:
@@ -26,15 +25,10 @@ protected:
     ScriptedUi ui;
     ManualClock clock{kNowMs};
     CHelmsmanManage manage;
-    std::filesystem::path root;
+    TempDir root{"helmsman_ticket"};
     std::unique_ptr<CMasterDialog> ticket;
 
     void SetUp() override {
-        static std::atomic<int> serial{0};
-        root = std::filesystem::temp_directory_path() /
-               ("helmsman_ticket_" + std::to_string(std::random_device{}()) + "_" +
-                std::to_string(serial++));
-        std::filesystem::remove_all(root);
         manage.init(7, &host, root.string(), "trader", 0);
         manage.setPrompter(&prompter);
         manage.setUi(&ui);
@@ -46,43 +40,18 @@ protected:
         host.symbolsByExchange[1] = {{1, "ag2412"}, {1, "rb2410"}};
         host.symbolsByExchange[2] = {{2, "m2501"}};
         // A 0.2 tick: one point is 0.2, prices show one decimal.
-        host.specs["ag2412"] = spec(0.2f, 1, 10, 0.1);
-        host.specs["rb2410"] = spec(1.0f, 1, 10, 0.1);
-        host.specs["m2501"] = spec(1.0f, 1, 10, 0.1);
+        host.specs["ag2412"] = contractSpec(0.2f, 1, 10, 0.1);
+        host.specs["rb2410"] = contractSpec(1.0f, 1, 10, 0.1);
+        host.specs["m2501"] = contractSpec(1.0f, 1, 10, 0.1);
         host.summaries["A1"] = tagAccountSummary{"A1", "B1", 0, 0, 100000};
     }
 
-    void TearDown() override {
-        ticket.reset();
-        std::error_code ec;
-        std::filesystem::remove_all(root, ec);
-    }
-
-    static IModuleFutureTrader::ISpecDetailValue spec(float unit, int minMove, double mult,
-                                                      double margin, bool tradable = true) {
-        IModuleFutureTrader::ISpecDetailValue v;
-        v.fPriceUnit = unit;
-        v.nMinMove = minMove;
-        v.dMultiplier = mult;
-        v.dMarginRate = margin;
-        v.bTradable = tradable;
-        return v;
-    }
+    void TearDown() override { ticket.reset(); }
 
     static IModuleFutureTrader::ITickEx quote(const std::string& code, double bid, double ask,
                                               double last = 0, double lower = 0, double upper = 0,
                                               std::uint16_t ex = 1) {
-        IModuleFutureTrader::ITickEx t;
-        t.wExchangeID = ex;
-        t.strCode = code;
-        t.dBid = bid;
-        t.dBidVol = 3;
-        t.dAsk = ask;
-        t.dAskVol = 4;
-        t.dLast = last;
-        t.dLowerLimit = lower;
-        t.dUpperLimit = upper;
-        return t;
+        return TickBuilder(ex, code).bid(bid, 3).ask(ask, 4).last(last).limits(lower, upper);
     }
 
     // Changes the in-memory settings the way the options page would.

@@ -9,6 +9,7 @@
 #include "host/clock.h"
 #include "host/window.h"
 #include "sim/sim_exchange.h"
+#include "support/quote_builders.h"
 
 namespace simtest {
 
@@ -34,17 +35,9 @@ inline SimOptions quietOptions() {
 inline const tagSymbol kIF{3, "IF2101"};
 inline const tagSymbol kRB{0, "rb2105"};
 
-inline IModuleFutureTrader::ITickEx quote(const tagSymbol& s, double bid, double bidVol,
-                                          double ask, double askVol, double last) {
-    IModuleFutureTrader::ITickEx t;
-    t.wExchangeID = s.wExchangeID;
-    t.strCode = s.strCode;
-    t.dBid = bid;
-    t.dBidVol = bidVol;
-    t.dAsk = ask;
-    t.dAskVol = askVol;
-    t.dLast = last;
-    return t;
+inline IModuleFutureTrader::ITickEx quote(const tagSymbol& s, double bid, double bidVol, double ask,
+                                          double askVol, double last) {
+    return TickBuilder(s.wExchangeID, s.strCode).bid(bid, bidVol).ask(ask, askVol).last(last);
 }
 
 inline tagBrokerOrder order(const tagSymbol& s, int dir, int oc, double vol, double price,
@@ -106,7 +99,8 @@ public:
                 lines.push_back("T " + t.strOrderID + " " + std::to_string(t.nStatus));
                 break;
             }
-            default: lines.push_back("? " + std::to_string(code));
+            default:
+                lines.push_back("? " + std::to_string(code));
         }
         afterData(code, data);
     }

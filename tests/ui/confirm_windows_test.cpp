@@ -7,7 +7,6 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTimer>
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 
@@ -18,25 +17,12 @@
 #include "order/ui/qt_module_ui.h"
 #include "order/ui/same_confirm_dialog.h"
 #include "support/fake_host.h"
+#include "support/qt_app.h"
+#include "support/quote_builders.h"
 #include "support/scripted.h"
+#include "support/temp_dir.h"
 
 namespace {
-
-QApplication& app() {
-    static int argc = 1;
-    static char name[] = "test_ui";
-    static char* argv[] = {name, nullptr};
-    static QApplication* a = QApplication::instance()
-                                 ? static_cast<QApplication*>(QApplication::instance())
-                                 : new QApplication(argc, argv);
-    return *a;
-}
-
-void screenshot(QWidget* w, const char* name) {
-    const char* dir = std::getenv("HELMSMAN_SCREENSHOT_DIR");
-    if (!dir || !*dir) return;
-    w->grab().save(QString::fromUtf8((std::filesystem::path(dir) / name).string().c_str()));
-}
 
 // Runs `act` on the modal dialog of type D once it is up.
 template <class D>
@@ -46,14 +32,6 @@ void whenModal(std::function<void(D*)> act) {
         ASSERT_NE(d, nullptr);
         act(d);
     });
-}
-
-IModuleFutureTrader::ISpecDetailValue spec(float unit) {
-    IModuleFutureTrader::ISpecDetailValue v;
-    v.fPriceUnit = unit;
-    v.nMinMove = 1;
-    v.dMultiplier = 300;
-    return v;
 }
 
 tagBrokerOrder order(std::string acct, int dir, double vol, double price) {
@@ -71,12 +49,9 @@ tagBrokerOrder order(std::string acct, int dir, double vol, double price) {
 class ConfirmWindows : public ::testing::Test {
 protected:
     void SetUp() override {
-        app();
-        m_host.specs["IF2406"] = spec(0.2f);
-        IModuleFutureTrader::ITickEx q;
-        q.dLowerLimit = 2700;
-        q.dUpperLimit = 3300;
-        m_host.quotes["IF2406"] = q;
+        testApp();
+        m_host.specs["IF2406"] = contractSpec(0.2f, 1, 300);
+        m_host.quotes["IF2406"] = TickBuilder().limits(2700, 3300);
         m_manager.init(0, &m_host, "/nonexistent-root", "u", 0);
         m_manager.setPrompter(&m_prompter);
         m_manager.setUi(&m_ui);
@@ -95,7 +70,7 @@ TEST_F(ConfirmWindows, SingleConfirmationAnswersAndTheManagerSends) {
         EXPECT_EQ(d->findChild<QLabel*>("confirmText")->text(),
                   QString::fromUtf8("普通单,帐户:8001\n开仓买入IF2406合约2张,价格:3001.4\n"
                                     "止损价:2990.0\n获利价:无"));
-        screenshot(d, "confirm_buy.png");
+        saveScreenshot(d, "confirm_buy.png");
         d->okButton()->click();
     });
     EXPECT_EQ(m_manager.submitOrder(buy, true, "舵手", nullptr), 1);
@@ -105,7 +80,7 @@ TEST_F(ConfirmWindows, SingleConfirmationAnswersAndTheManagerSends) {
     tagBrokerOrder sell = order("8001", kDirSell, 1, 3000);
     sell.nOpenClose = kClose;
     whenModal<ConfirmOrderDialog>([](ConfirmOrderDialog* d) {
-        screenshot(d, "confirm_sell.png");
+        saveScreenshot(d, "confirm_sell.png");
         d->cancelButton()->click();
     });
     EXPECT_EQ(m_manager.submitOrder(sell, true, "舵手", nullptr), 0);
@@ -127,7 +102,7 @@ TEST_F(ConfirmWindows, BatchEditsTravelWithTheAcceptedBatch) {
         EXPECT_EQ(t->item(2, CMultiConfirm::kColPrice)->text(), "3001.4");
         ASSERT_EQ(m_prompter.boxes.size(), 1u);
         EXPECT_EQ(m_prompter.lastCaption(), "提示");
-        screenshot(d, "batch_confirm.png");
+        saveScreenshot(d, "batch_confirm.png");
         d->okButton()->click();
     });
     EXPECT_EQ(m_manager.submitBatch(batch, true, "批量", nullptr), 1);
@@ -148,7 +123,7 @@ TEST_F(ConfirmWindows, LikeOrdersConfirmationSendsOnAcceptOnly) {
     EXPECT_FALSE(d->isModal());
     EXPECT_TRUE(m_host.sent.empty());  // nothing leaves before the trader accepts
     EXPECT_EQ(d->summary()->text(), QString::fromUtf8("开仓卖出IF2406,共2笔,合计3张"));
-    screenshot(d, "same_confirm.png");
+    saveScreenshot(d, "same_confirm.png");
     d->okButton()->click();
     d->okButton()->click();  // a second click sends nothing more
     EXPECT_EQ(m_host.sent.size(), 2u);
@@ -158,7 +133,7 @@ TEST_F(ConfirmWindows, LikeOrdersConfirmationSendsOnAcceptOnly) {
 TEST_F(ConfirmWindows, ThreeFillsOneNoticeThreeEntriesInArrivalOrder) {
     HelmsmanSettings s = m_manager.settings();
     s.bShowFilledOrder = 1;
-    const auto dir = std::filesystem::temp_directory_path() / "helmsman_confirm_windows_test";
+    const TempDir dir("helmsman_confirm_windows");
     std::filesystem::create_directories(dir / "user" / "u");
     m_manager.init(0, &m_host, dir.string(), "u", 0);
     m_manager.saveSettings(s);
@@ -191,8 +166,7 @@ TEST_F(ConfirmWindows, ThreeFillsOneNoticeThreeEntriesInArrivalOrder) {
     EXPECT_EQ(w->list()->item(2, 1)->text(), QString::fromUtf8("[8001]平仓买入成交"));
     EXPECT_EQ(w->latestTitle()->text(), QString::fromUtf8("[8001]平仓买入成交"));
     EXPECT_EQ(w->list()->currentRow(), 2);
-    screenshot(w, "fill_notice.png");
-    std::filesystem::remove_all(dir);
+    saveScreenshot(w, "fill_notice.png");
 }
 
 TEST_F(ConfirmWindows, TriggerBatchSendsEachInListOrderOnAccept) {
@@ -213,7 +187,7 @@ TEST_F(ConfirmWindows, TriggerBatchSendsEachInListOrderOnAccept) {
     EXPECT_EQ(d.windowTitle(), QString::fromUtf8("触发单确认[舵手]"));
     EXPECT_EQ(d.table()->item(1, CMultiTriggerConfirm::kColPrice)->text(),
               QString::fromUtf8("市价"));
-    screenshot(&d, "trigger_batch_confirm.png");
+    saveScreenshot(&d, "trigger_batch_confirm.png");
     EXPECT_TRUE(m_host.sentTriggers.empty());
     d.okButton()->click();
     ASSERT_EQ(m_host.sentTriggers.size(), 2u);

@@ -17,34 +17,18 @@
 #include <QPushButton>
 #include <QShortcut>
 #include <QTabWidget>
-#include <cstdlib>
-#include <filesystem>
-#include <random>
 
 #include "app/exports.h"
 #include "app/helmsman_manage.h"
 #include "order/ui/hotkey_dialog.h"
 #include "order/ui/tick_chart.h"
 #include "support/fake_host.h"
+#include "support/qt_app.h"
+#include "support/quote_builders.h"
 #include "support/scripted.h"
+#include "support/temp_dir.h"
 
 namespace {
-
-QApplication& app() {
-    static int argc = 1;
-    static char name[] = "test_ui";
-    static char* argv[] = {name, nullptr};
-    static QApplication* a = QApplication::instance()
-                                 ? static_cast<QApplication*>(QApplication::instance())
-                                 : new QApplication(argc, argv);
-    return *a;
-}
-
-void screenshot(QWidget* w, const char* name) {
-    const char* dir = std::getenv("HELMSMAN_SCREENSHOT_DIR");
-    if (!dir || !*dir) return;
-    w->grab().save(QString::fromUtf8((std::filesystem::path(dir) / name).string().c_str()));
-}
 
 class OrderTicketWindowTest : public ::testing::Test {
 protected:
@@ -53,12 +37,10 @@ protected:
     ScriptedUi ui;
     ManualClock clock{1'717'000'000'000};
     CHelmsmanManage manage;
-    std::filesystem::path root;
+    TempDir root{"helmsman_ticket_ui"};
 
     void SetUp() override {
-        app();
-        root = std::filesystem::temp_directory_path() /
-               ("helmsman_ticket_ui_" + std::to_string(std::random_device{}()));
+        testApp();
         manage.init(7, &host, root.string(), "trader", 0);
         manage.setPrompter(&prompter);
         manage.setUi(&ui);
@@ -66,11 +48,7 @@ protected:
         host.accounts = {FakeHost::account("8800123", "9999", "张三")};
         host.exchanges = {{1, "上期所"}, {2, "大商所"}};
         host.symbolsByExchange[1] = {{1, "ag2412"}, {1, "rb2410"}, {1, "cu2409"}};
-        IModuleFutureTrader::ISpecDetailValue ag;
-        ag.fPriceUnit = 1.0f;
-        ag.nMinMove = 1;
-        ag.dMultiplier = 15;
-        ag.dMarginRate = 0.12;
+        const auto ag = contractSpec(1.0f, 1, 15, 0.12);
         host.specs["ag2412"] = ag;
         host.specs["rb2410"] = ag;
         host.summaries["8800123"] = tagAccountSummary{"8800123", "9999", 0, 0, 500000};
@@ -83,21 +61,8 @@ protected:
         p.dLong = 3;
         p.dShort = 2;
         host.positions = {p};
-        IModuleFutureTrader::ITickEx t;
-        t.wExchangeID = 1;
-        t.strCode = "ag2412";
-        t.dLast = 7412;
-        t.dBid = 7411;
-        t.dBidVol = 18;
-        t.dAsk = 7413;
-        t.dAskVol = 7;
-        t.dUpperLimit = 8004;
-        t.dLowerLimit = 6818;
-        host.quotes["ag2412"] = t;
-    }
-    void TearDown() override {
-        std::error_code ec;
-        std::filesystem::remove_all(root, ec);
+        host.quotes["ag2412"] =
+            TickBuilder(1, "ag2412").last(7412).bid(7411, 18).ask(7413, 7).limits(6818, 8004);
     }
 
     template <class W>
@@ -155,7 +120,7 @@ TEST_F(OrderTicketWindowTest, ShowsTheCoreAndSendsFromTheButton) {
                            reinterpret_cast<std::uintptr_t>(&t));
     }
     EXPECT_EQ(w.chart()->pointCount(), points + 91);
-    screenshot(&w, "order_ticket.png");
+    saveScreenshot(&w, "order_ticket.png");
 
     // Widgets write into the core; Enter in the volume box moves on and sends nothing.
     auto* volume = child<QLineEdit>(&w, "volume");
@@ -188,7 +153,7 @@ TEST_F(OrderTicketWindowTest, MenuTogglesAndHotkeys) {
     stopAuto->click();
     EXPECT_TRUE(w.core().normalOrder().controls().stopLossAuto);
     EXPECT_TRUE(stopLoss->isChecked());  // drawn back from the core
-    screenshot(&w, "order_ticket_auto_stop.png");
+    saveScreenshot(&w, "order_ticket_auto_stop.png");
 
     // Shortcuts exist only when switched on, and act like the ticket's buttons.
     EXPECT_TRUE(w.findChildren<QShortcut*>().isEmpty());
@@ -212,7 +177,7 @@ TEST_F(OrderTicketWindowTest, HotkeyDialogRefusesADuplicateAndSavesOtherwise) {
     keys.bEnabled = 1;
     HotkeyDialog d(manage, keys);
     d.show();
-    screenshot(&d, "hotkey_dialog.png");
+    saveScreenshot(&d, "hotkey_dialog.png");
     auto* confirm = child<QCheckBox>(&d, "hotkeyConfirm");
     confirm->setChecked(false);
     child<QKeySequenceEdit>(&d, "hotkey3")->setKeySequence(QKeySequence(Qt::Key_F2));

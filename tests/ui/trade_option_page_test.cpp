@@ -1,28 +1,19 @@
 // Wiring of the options page: controls filled from the record, live enabling, accept saves.
+#include "app/ui/trade_option_page.h"
+
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QRadioButton>
-#include <filesystem>
 
 #include "app/helmsman_manage.h"
-#include "app/ui/trade_option_page.h"
 #include "support/fake_host.h"
+#include "support/qt_app.h"
+#include "support/temp_dir.h"
 
 namespace {
-
-QApplication& app() {
-    static int argc = 1;
-    static char name[] = "test_ui";
-    static char* argv[] = {name, nullptr};
-    static QApplication* a = QApplication::instance()
-                                 ? static_cast<QApplication*>(QApplication::instance())
-                                 : new QApplication(argc, argv);
-    return *a;
-}
 
 template <class W>
 W* findByText(QWidget& page, const char* text) {
@@ -32,9 +23,8 @@ W* findByText(QWidget& page, const char* text) {
 }
 
 TEST(TradeOptionPage, FillsEnablesAndSaves) {
-    app();
-    const auto root = std::filesystem::temp_directory_path() / "helmsman_option_page_test";
-    std::filesystem::remove_all(root);
+    testApp();
+    const TempDir root("helmsman_option_page");
     FakeHost host;
     host.accounts = {FakeHost::account("880001", "9999", "模拟一"),
                      FakeHost::account("880002", "8888", "模拟二", 2)};
@@ -65,10 +55,8 @@ TEST(TradeOptionPage, FillsEnablesAndSaves) {
     filled->setChecked(true);
 
     // Screenshot for a human to look at, when asked for.
-    if (const char* dir = std::getenv("HELMSMAN_SCREENSHOTS")) {
-        page.resize(page.sizeHint());
-        page.grab().save(QString::fromUtf8(dir) + "/trade_option_page.png");
-    }
+    page.resize(page.sizeHint());
+    saveScreenshot(&page, "trade_option_page.png");
 
     saveLast->setChecked(true);
     EXPECT_FALSE(boxes[0]->isEnabled());
@@ -87,7 +75,6 @@ TEST(TradeOptionPage, FillsEnablesAndSaves) {
     EXPECT_EQ(s.bShowFilledOrder, 1);
     // And it is on disk: a fresh load sees the same.
     EXPECT_EQ(loadSettings(manager.profilePath()).strAccountID, "880002");
-    std::filesystem::remove_all(root);
 }
 
 }  // namespace
