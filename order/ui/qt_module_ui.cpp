@@ -14,9 +14,11 @@
 QtModuleUi::QtModuleUi(CHelmsmanManage* manager) : m_manager(manager) {}
 
 QtModuleUi::~QtModuleUi() {
-    // The exports keep this object in a static that may outlive the application object; a
-    // widget must not be destroyed after it, and at that point the process is ending anyway.
-    if (QApplication::instance()) delete m_fillNotice.data();
+    // The exports keep this object in a static. When the host unloads the library while its
+    // application object lives, the notice goes with the library's code. A widget must not be
+    // destroyed after (or while) the application object goes: the process is ending anyway.
+    // A host must destroy its application object before exit, as Qt requires of any host.
+    if (QApplication::instance() && !QCoreApplication::closingDown()) delete m_fillNotice.data();
 }
 
 CHelmsmanManage& QtModuleUi::manager() const {
