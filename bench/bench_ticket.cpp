@@ -17,7 +17,7 @@ namespace {
 // Answers what the ticket asks and records nothing, so the measurement is the ticket's.
 class MinimalFacade final : public CSubscibeManage {
 public:
-    IModuleFutureTrader::ISpecDetailValue spec;
+    IModuleFutureTrader::ISpecDetailValue detail;
     IModuleFutureTrader::ITickEx snapshot;
     std::int64_t sent = 0;
 
@@ -26,7 +26,7 @@ public:
         return 1;
     }
     int GetSymbolProperty(const tagSymbol&, IModuleFutureTrader::ISpecDetailValue& v) override {
-        v = spec;
+        v = detail;
         return 1;
     }
     int GetAllPositions(std::vector<tagOpenedPosition>&) override { return 1; }
@@ -103,7 +103,7 @@ struct Desk {
     Desk() {
         root = std::filesystem::temp_directory_path() /
                ("helmsman_bench_ticket_" + std::to_string(std::random_device{}()));
-        facade.spec = contractSpec(1.0f, 1, 15, 0.12);
+        facade.detail = contractDetail(1.0f, 1, 15, 0.12);
         facade.snapshot.wExchangeID = 1;
         facade.snapshot.strCode = "ag2412";
         facade.snapshot.dLast = 7001;

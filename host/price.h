@@ -14,8 +14,8 @@ namespace price {
 
 // One point of price: nMinMove * fPriceUnit (0 when either is unknown).
 double pointValue(std::int32_t minMove, float priceUnit);
-inline double pointValue(const IModuleFutureTrader::ISpecDetailValue& spec) {
-    return pointValue(spec.nMinMove, spec.fPriceUnit);
+inline double pointValue(const IModuleFutureTrader::ISpecDetailValue& detail) {
+    return pointValue(detail.nMinMove, detail.fPriceUnit);
 }
 
 // One point on the rounding's 1/10000 grid: free of the single-precision price unit's noise
@@ -31,8 +31,7 @@ double roundBuy(double p, std::int32_t minMove, float priceUnit);
 // Round down to the step (sells).
 double roundSell(double p, std::int32_t minMove, float priceUnit);
 // roundBuy for kDirBuy, roundSell otherwise.
-double roundForDirection(double p, std::int32_t direction, std::int32_t minMove,
-                         float priceUnit);
+double roundForDirection(double p, std::int32_t direction, std::int32_t minMove, float priceUnit);
 
 // Clamp into [lower, upper] when both limits are present and lower < upper; else unchanged.
 double clampToLimits(double p, double lower, double upper);

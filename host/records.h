@@ -12,7 +12,9 @@
 // Price and quote fields not above this count as absent everywhere in the module.
 inline constexpr double kPriceEpsilon = 0.000001;
 
-inline bool isPricePresent(double v) { return v > kPriceEpsilon; }
+inline bool isPricePresent(double v) {
+    return v > kPriceEpsilon;
+}
 
 // An instrument. An empty code means that no symbol is chosen.
 struct tagSymbol {
@@ -47,30 +49,30 @@ enum : std::int32_t {
 // A plain (limit) order. Fields 1-17 in the order the module fills them; the identifier,
 // status and fill fields are written back by the host.
 struct tagBrokerOrder {
-    std::string strAccountID;     // first account key
-    std::string strBrokerID;      // second account key
+    std::string strAccountID;  // first account key
+    std::string strBrokerID;   // second account key
     std::int32_t nExchangeID = 0;
-    std::string strSymbolText;    // the text shown in the ticket's symbol box
+    std::string strSymbolText;  // the text shown in the ticket's symbol box
     std::string strCode;
-    std::string strAccountState;  // copied from the ticket's current account state
-    std::int32_t nPriceType = 0;  // the ticket sets 0 (limit)
-    std::int32_t nDirection = 0;  // kDirBuy / kDirSell
-    std::int64_t tCreateTime = 0; // calendar seconds
-    double dVolume = 0;           // lots, > 0
-    double dPrice = 0;            // limit price
-    double dTriggerPrice = 0;     // further price fields the plain ticket leaves at 0
+    std::string strAccountState;   // copied from the ticket's current account state
+    std::int32_t nPriceType = 0;   // the ticket sets 0 (limit)
+    std::int32_t nDirection = 0;   // kDirBuy / kDirSell
+    std::int64_t tCreateTime = 0;  // calendar seconds
+    double dVolume = 0;            // lots, > 0
+    double dPrice = 0;             // limit price
+    double dTriggerPrice = 0;      // further price fields the plain ticket leaves at 0
     double dAvgPrice = 0;
-    double dStopLoss = 0;         // 0 = none
-    double dTakeProfit = 0;       // 0 = none
+    double dStopLoss = 0;    // 0 = none
+    double dTakeProfit = 0;  // 0 = none
     std::int32_t nOpenClose = kOpen;
     std::int32_t nHedge = kSpeculation;
-    std::string strRemark;        // producing tool's name, or a robot's order tag
+    std::string strRemark;  // producing tool's name, or a robot's order tag
 
     // Written by the host.
     std::string strOrderID;
     std::int32_t nStatus = kOrderSending;
     double dFilledVolume = 0;
-    std::string strStatusMsg;     // the exchange's reason for a reject, if any
+    std::string strStatusMsg;  // the exchange's reason for a reject, if any
     std::int64_t tUpdateTime = 0;
 };
 
@@ -93,7 +95,7 @@ struct tagTriggerOrder {
     std::int32_t nOpenClose = kOpen;
     std::int32_t nHedge = kSpeculation;
     double dVolume = 0;
-    double dPrice = 0;         // execution price, 0 = at market
+    double dPrice = 0;  // execution price, 0 = at market
     double dTriggerPrice = 0;
     std::int32_t nTriggerType = kTriggerBuyDip;
     double dStopLoss = 0;
@@ -135,7 +137,7 @@ struct tagBargainOrder {
     std::string strContractNo;  // the order's contract number (its identifier)
     std::string strBargainNo;   // the fill's own number
     std::int64_t tTime = 0;
-    std::string strRemark;      // the order's remark
+    std::string strRemark;  // the order's remark
 };
 
 // An account the user is logged on to.
@@ -177,15 +179,15 @@ namespace IModuleFutureTrader {
 struct ITickEx {
     std::uint16_t wExchangeID = 0;
     std::string strCode;
-    std::int64_t tQuoteTime = 0;   // milliseconds of calendar time
-    double dPreOpenPrice2 = 0;     // second pre-open fallback
-    double dPreOpenPrice1 = 0;     // first pre-open fallback (indicative open)
+    std::int64_t tQuoteTime = 0;  // milliseconds of calendar time
+    double dPreOpenPrice2 = 0;    // second pre-open fallback
+    double dPreOpenPrice1 = 0;    // first pre-open fallback (indicative open)
     double dLast = 0;
     double dBid = 0;
     double dBidVol = 0;
     double dAsk = 0;
     double dAskVol = 0;
-    double dVolume = 0;            // cumulative traded volume of the day
+    double dVolume = 0;  // cumulative traded volume of the day
     double dPreSettle = 0;
     double dUpperLimit = 0;
     double dLowerLimit = 0;
@@ -197,9 +199,9 @@ struct ITickEx {
     double dTurnover = 0;
 };
 
-// Contract specification. One tick (one point) = nMinMove * fPriceUnit.
+// Contract details. One tick (one point) = nMinMove * fPriceUnit.
 struct ISpecDetailValue {
-    float fPriceUnit = 0;    // the tick size
+    float fPriceUnit = 0;       // the tick size
     std::int32_t nMinMove = 0;  // the point factor
     double dMultiplier = 0;
     double dMarginRate = 0;  // fraction of contract value held as margin

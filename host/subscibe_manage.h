@@ -28,7 +28,7 @@ public:
 
     virtual int GetMarketQuote(const tagSymbol& symbol, IModuleFutureTrader::ITickEx& tick) = 0;
     virtual int GetSymbolProperty(const tagSymbol& symbol,
-                                  IModuleFutureTrader::ISpecDetailValue& spec) = 0;
+                                  IModuleFutureTrader::ISpecDetailValue& detail) = 0;
     virtual int GetAllPositions(std::vector<tagOpenedPosition>& positions) = 0;
     virtual int GetPosition(tagOpenedPosition& position, const std::string& accountKey1,
                             const std::string& accountKey2, const tagSymbol& symbol) = 0;
@@ -54,8 +54,7 @@ public:
                                   const std::string& accountKey2) = 0;
     virtual int GetAvailableAccounts(std::vector<tagAccoutInfo>& accounts) = 0;
     virtual int GetAllExchanges(std::vector<tagExchangeInfo>& exchanges) = 0;
-    virtual int GetExchangeSymbols(int exchangeID, std::vector<tagSymbol>& symbols,
-                                   int filter) = 0;
+    virtual int GetExchangeSymbols(int exchangeID, std::vector<tagSymbol>& symbols, int filter) = 0;
     virtual int GetBrokerByID(tagBrokerInfo& broker, const std::string& brokerID) = 0;
     virtual bool GetConfigFileProperty(const std::string& file, const std::string& section,
                                        const std::string& key, std::string& value) = 0;

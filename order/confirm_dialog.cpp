@@ -46,10 +46,10 @@ std::string price(double value, int decimals) {
 int contractDecimals(CSubscibeManage* facade, std::int32_t exchangeID, const std::string& code) {
     if (!facade || code.empty()) return -1;
     tagSymbol symbol{static_cast<std::uint16_t>(exchangeID), code};
-    IModuleFutureTrader::ISpecDetailValue spec;
-    if (!facade->GetSymbolProperty(symbol, spec)) return -1;
-    if (price::stepUnits(spec.nMinMove, spec.fPriceUnit) <= 0) return -1;
-    return price::decimals(spec.nMinMove, spec.fPriceUnit);
+    IModuleFutureTrader::ISpecDetailValue detail;
+    if (!facade->GetSymbolProperty(symbol, detail)) return -1;
+    if (price::stepUnits(detail.nMinMove, detail.fPriceUnit) <= 0) return -1;
+    return price::decimals(detail.nMinMove, detail.fPriceUnit);
 }
 
 std::string symbolOf(const std::string& code, const std::string& displayText) {

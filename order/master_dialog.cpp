@@ -203,10 +203,10 @@ bool CMasterDialog::selectSymbol(const tagSymbol& wanted) {
     CSubscibeManage* facade = m_manage.facade();
     if (!facade) return false;
 
-    IModuleFutureTrader::ISpecDetailValue spec;
+    IModuleFutureTrader::ISpecDetailValue detail;
     // A code the host has no contract for (a typo) cannot be traded either.
-    const bool hasSpec = facade->GetSymbolProperty(s, spec) != 0;
-    if (!hasSpec || !spec.bTradable) {
+    const bool hasDetail = facade->GetSymbolProperty(s, detail) != 0;
+    if (!hasDetail || !detail.bTradable) {
         m_manage.prompter().inform(order_text::kCaptionPrompt,
                                    order_text::kMsgSymbolNotTradableChoose);
         return false;
@@ -215,9 +215,9 @@ bool CMasterDialog::selectSymbol(const tagSymbol& wanted) {
     unsubscribe();
     m_symbol = s;
     m_symbolText = s.strCode;
-    m_spec = spec;
-    m_hasSpec = true;
-    m_decimals = price::decimals(m_spec.nMinMove, m_spec.fPriceUnit);
+    m_detail = detail;
+    m_hasDetail = true;
+    m_decimals = price::decimals(m_detail.nMinMove, m_detail.fPriceUnit);
     subscribe(s);
     selectExchange(s.wExchangeID);
 
@@ -236,7 +236,7 @@ bool CMasterDialog::selectSymbol(const tagSymbol& wanted) {
 
 double CMasterDialog::pointValue() const {
     // On the rounding's 1/10000 grid, free of the single-precision price unit's noise.
-    return m_hasSpec ? price::pointOnGrid(m_spec.nMinMove, m_spec.fPriceUnit) : 0.0;
+    return m_hasDetail ? price::pointOnGrid(m_detail.nMinMove, m_detail.fPriceUnit) : 0.0;
 }
 
 void CMasterDialog::subscribe(const tagSymbol& s) {
@@ -244,7 +244,9 @@ void CMasterDialog::subscribe(const tagSymbol& s) {
     m_subscription.switchTo(s);
 }
 
-void CMasterDialog::unsubscribe() { m_subscription.release(); }
+void CMasterDialog::unsubscribe() {
+    m_subscription.release();
+}
 
 // ---- Quote -------------------------------------------------------------------------------
 
@@ -345,9 +347,9 @@ void CMasterDialog::formatPosition() {
 
 void CMasterDialog::formatOpenable() {
     const double price = referencePrice();
-    const double perLot = price * m_spec.dMultiplier * m_spec.dMarginRate;
-    if (!account() || !m_fundsKnown || !m_hasSpec || !isPricePresent(m_spec.dMultiplier) ||
-        !isPricePresent(m_spec.dMarginRate) || !isPricePresent(price) || !(perLot > 0)) {
+    const double perLot = price * m_detail.dMultiplier * m_detail.dMarginRate;
+    if (!account() || !m_fundsKnown || !m_hasDetail || !isPricePresent(m_detail.dMultiplier) ||
+        !isPricePresent(m_detail.dMarginRate) || !isPricePresent(price) || !(perLot > 0)) {
         m_openable = -1;
         std::snprintf(m_openableText.data(), m_openableText.size(), "%s",
                       order_text::kOpenableUnknown);

@@ -42,8 +42,6 @@
 // (onMessage 2070) formats into fixed buffers and allocates nothing.
 #pragma once
 
-#include "host/quote_subscription.h"
-
 #include <array>
 #include <cstdint>
 #include <functional>
@@ -53,6 +51,7 @@
 
 #include "algo/algo_setting.h"
 #include "app/settings.h"
+#include "host/quote_subscription.h"
 #include "host/records.h"
 #include "host/window.h"
 #include "order/normal_order.h"
@@ -123,8 +122,8 @@ public:
     bool selectSymbol(const tagSymbol& symbol);
     const tagSymbol& symbol() const { return m_symbol; }
     const std::string& symbolText() const { return m_symbolText; }
-    bool hasSpec() const { return m_hasSpec; }
-    const IModuleFutureTrader::ISpecDetailValue& spec() const { return m_spec; }
+    bool hasDetail() const { return m_hasDetail; }
+    const IModuleFutureTrader::ISpecDetailValue& detail() const { return m_detail; }
     // One point of price (minimum move × price unit, on the 1/10000 grid); 0 without a contract.
     double pointValue() const;
     int priceDecimals() const { return m_decimals; }
@@ -189,8 +188,8 @@ private:
 
     tagSymbol m_symbol;
     std::string m_symbolText;
-    IModuleFutureTrader::ISpecDetailValue m_spec;
-    bool m_hasSpec = false;
+    IModuleFutureTrader::ISpecDetailValue m_detail;
+    bool m_hasDetail = false;
     int m_decimals = 2;
 
     CQuoteSubscription m_subscription;

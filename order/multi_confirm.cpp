@@ -53,8 +53,8 @@ CMultiConfirm::CMultiConfirm(std::vector<tagBrokerOrder> orders, std::string cal
         Contract c;
         if (facade && !o.strCode.empty()) {
             const tagSymbol symbol{static_cast<std::uint16_t>(o.nExchangeID), o.strCode};
-            c.hasSpec = facade->GetSymbolProperty(symbol, c.spec) != 0 &&
-                        price::stepUnits(c.spec.nMinMove, c.spec.fPriceUnit) > 0;
+            c.hasDetail = facade->GetSymbolProperty(symbol, c.detail) != 0 &&
+                          price::stepUnits(c.detail.nMinMove, c.detail.fPriceUnit) > 0;
             IModuleFutureTrader::ITickEx tick;
             if (facade->GetMarketQuote(symbol, tick) && isPricePresent(tick.dLowerLimit) &&
                 isPricePresent(tick.dUpperLimit) && tick.dLowerLimit < tick.dUpperLimit) {
@@ -81,18 +81,18 @@ std::string CMultiConfirm::title() const {
     return confirm_fmt::format(kBatchTitle, m_caller.c_str());
 }
 
-const char* CMultiConfirm::columnSpec() {
+const char* CMultiConfirm::columnLayout() {
     return kBatchColumns;
 }
 
 int CMultiConfirm::decimals(std::size_t row) const {
     const Contract& c = contractOf(row);
-    return c.hasSpec ? price::decimals(c.spec.nMinMove, c.spec.fPriceUnit) : -1;
+    return c.hasDetail ? price::decimals(c.detail.nMinMove, c.detail.fPriceUnit) : -1;
 }
 
 double CMultiConfirm::tick(std::size_t row) const {
     const Contract& c = contractOf(row);
-    return c.hasSpec ? price::pointValue(c.spec) : 0;
+    return c.hasDetail ? price::pointValue(c.detail) : 0;
 }
 
 std::pair<double, double> CMultiConfirm::limitBand(std::size_t row) const {
@@ -157,8 +157,8 @@ EditResult CMultiConfirm::editPrice(std::size_t row, const std::string& text) {
     }
     tagBrokerOrder& o = m_orders[row];
     double p = *value;
-    if (c.hasSpec)
-        p = price::roundForDirection(p, o.nDirection, c.spec.nMinMove, c.spec.fPriceUnit);
+    if (c.hasDetail)
+        p = price::roundForDirection(p, o.nDirection, c.detail.nMinMove, c.detail.fPriceUnit);
     // A sell below one tick rounds down to nothing; that is not a price.
     if (!isPricePresent(p)) return {false, kEditPriceNotPositive};
     o.dPrice = p;
@@ -204,7 +204,7 @@ std::string CMultiTriggerConfirm::title() const {
     return confirm_fmt::format(kTriggerBatchTitle, m_caller.c_str());
 }
 
-const char* CMultiTriggerConfirm::columnSpec() {
+const char* CMultiTriggerConfirm::columnLayout() {
     return kTriggerBatchColumns;
 }
 

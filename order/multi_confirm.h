@@ -2,7 +2,7 @@
 //
 // CMultiConfirm: a batch of plain orders awaiting the trader's confirmation. It holds a copy
 // of the orders, the caller name and the algorithm threshold block, gives the list's title,
-// column specification and cell texts, and takes the trader's in-place edits of a row's price
+// column layout and cell texts, and takes the trader's in-place edits of a row's price
 // and volume under these limits (a refused edit changes nothing and says why):
 //   - price: a number above 0, inside the day's limit band when the quote has one, then
 //     rounded to the contract's tick for the order's direction (buys up, sells down) exactly
@@ -56,7 +56,7 @@ public:
     static double volumeCapFor(const HelmsmanSettings& settings);
 
     std::string title() const;
-    static const char* columnSpec();
+    static const char* columnLayout();
     std::size_t rowCount() const { return m_orders.size(); }
     std::string cell(std::size_t row, int column) const;
     // "开仓买入IF2406,共3笔,合计6张" when every order is alike, else "共3笔,合计6张".
@@ -84,8 +84,8 @@ public:
 
 private:
     struct Contract {
-        IModuleFutureTrader::ISpecDetailValue spec;
-        bool hasSpec = false;
+        IModuleFutureTrader::ISpecDetailValue detail;
+        bool hasDetail = false;
         double lower = 0;
         double upper = 0;
     };
@@ -116,7 +116,7 @@ public:
                          CSubscibeManage* facade);
 
     std::string title() const;
-    static const char* columnSpec();
+    static const char* columnLayout();
     std::size_t rowCount() const { return m_orders.size(); }
     std::string cell(std::size_t row, int column) const;
     const std::vector<tagTriggerOrder>& orders() const { return m_orders; }

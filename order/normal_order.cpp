@@ -119,9 +119,9 @@ CNormalOrder::SendResult CNormalOrder::submit(std::int32_t direction, PriceSourc
         inform(kCaptionPrompt, kMsgChooseSymbol);
         return SendResult::Refused;
     }
-    IModuleFutureTrader::ISpecDetailValue spec;
+    IModuleFutureTrader::ISpecDetailValue detail;
     CSubscibeManage* facade = manage.facade();
-    if (!facade || facade->GetSymbolProperty(symbol, spec) == 0 || !spec.bTradable) {
+    if (!facade || facade->GetSymbolProperty(symbol, detail) == 0 || !detail.bTradable) {
         inform(kCaptionPrompt, kMsgSymbolNotTradable);
         return SendResult::Refused;
     }
@@ -147,7 +147,7 @@ CNormalOrder::SendResult CNormalOrder::submit(std::int32_t direction, PriceSourc
     // 5. The point on the 1/10000 grid the rounding uses: the price unit is single precision
     // (0.2f is 0.2000000030), and that noise must not push an offset or a stop off the tick
     // (a sell at bid - 2 points would otherwise round down a whole tick).
-    const double point = price::pointOnGrid(spec.nMinMove, spec.fPriceUnit);
+    const double point = price::pointOnGrid(detail.nMinMove, detail.fPriceUnit);
     const double offset = std::trunc(c.offsetPoints) * point;
 
     // 6. The price.
@@ -192,7 +192,7 @@ CNormalOrder::SendResult CNormalOrder::submit(std::int32_t direction, PriceSourc
     px = clamped;
 
     // 8. Buys round up to the tick, sells down.
-    px = price::roundForDirection(px, order.nDirection, spec.nMinMove, spec.fPriceUnit);
+    px = price::roundForDirection(px, order.nDirection, detail.nMinMove, detail.fPriceUnit);
     order.dPrice = px;
 
     // 9.

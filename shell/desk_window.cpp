@@ -46,7 +46,9 @@ std::string decimalsKey(std::int32_t exchangeID, const std::string& code) {
     return std::to_string(exchangeID) + '|' + code;
 }
 
-QString q(const std::string& s) { return QString::fromStdString(s); }
+QString q(const std::string& s) {
+    return QString::fromStdString(s);
+}
 
 }  // namespace
 
@@ -93,8 +95,11 @@ public:
                 m_desk.m_dirtyPositions = true;
                 m_desk.m_dirtyAccounts = true;
                 break;
-            case kSimEventTriggerChanged: m_desk.m_dirtyTriggers = true; break;
-            default: break;
+            case kSimEventTriggerChanged:
+                m_desk.m_dirtyTriggers = true;
+                break;
+            default:
+                break;
         }
     }
     void onLogonStateChange(std::uint32_t, std::uintptr_t) override {
@@ -247,18 +252,17 @@ void DeskWindow::buildUi() {
                         {button(t::kCancel, [this] { cancelSelectedOrders(); }),
                          button(t::kCancelAllWorking, [this] { cancelAllWorking(); })}),
                    t::kWorking);
-    m_tabs->addTab(pane(m_allOrdersView, {},
-                        {button(t::kCancel, [this] { cancelSelectedOrders(); })}),
-                   t::kAllOrders);
+    m_tabs->addTab(
+        pane(m_allOrdersView, {}, {button(t::kCancel, [this] { cancelSelectedOrders(); })}),
+        t::kAllOrders);
     m_tabs->addTab(m_fillView, t::kFills);
     m_tabs->addTab(pane(m_positionView, {},
                         {button(t::kToolOpenFastExit, [this] { openTool("OpenFastExit"); }),
-                         button(t::kToolOpenStopTrigger,
-                                [this] { openTool("OpenStopTrigger"); })}),
+                         button(t::kToolOpenStopTrigger, [this] { openTool("OpenStopTrigger"); })}),
                    t::kPositions);
-    m_tabs->addTab(pane(m_triggerView, {},
-                        {button(t::kDeleteTrigger, [this] { deleteSelectedTriggers(); })}),
-                   t::kTriggers);
+    m_tabs->addTab(
+        pane(m_triggerView, {}, {button(t::kDeleteTrigger, [this] { deleteSelectedTriggers(); })}),
+        t::kTriggers);
 
     // Accounts and monitors side by side under the board: the board gets the height.
     auto* lower = new QSplitter(Qt::Horizontal, this);
@@ -306,8 +310,8 @@ void DeskWindow::buildMenus() {
     bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
 
     for (const AddinTool& tool : addinTools()) {
-        const bool tradeMenu = tool.needs != AddinTool::Needs::Nothing &&
-                               tool.needs != AddinTool::Needs::AlgoBlock;
+        const bool tradeMenu =
+            tool.needs != AddinTool::Needs::Nothing && tool.needs != AddinTool::Needs::AlgoBlock;
         QMenu* menu = tradeMenu || QLatin1String(tool.exportName) == "OpenFastExitAll" ||
                               QLatin1String(tool.exportName) == "OpenFastDeleteAll"
                           ? trade
@@ -340,9 +344,9 @@ void DeskWindow::loadBoard() {
     for (const SimContract& c : m_exchange.contracts()) {
         QuoteBoardModel::Row r;
         r.symbol = c.symbol;
-        r.name = q(c.spec.strName);
+        r.name = q(c.detail.strName);
         r.exchangeName = exchangeNames[c.symbol.wExchangeID];
-        r.decimals = price::decimals(c.spec.nMinMove, c.spec.fPriceUnit);
+        r.decimals = price::decimals(c.detail.nMinMove, c.detail.fPriceUnit);
         m_decimals[decimalsKey(c.symbol.wExchangeID, c.symbol.strCode)] = r.decimals;
         IModuleFutureTrader::ITickEx tick;
         if (m_exchange.GetMarketQuote(c.symbol, tick)) {
@@ -379,7 +383,8 @@ void DeskWindow::restoreLayout() {
         if (s.isValid()) v->horizontalHeader()->restoreState(s.toByteArray());
     }
     m_settings.endGroup();
-    if (!m_settings.contains(QString(kLayoutGroup) + "/mainSplitter")) m_splitter->setSizes({420, 400});
+    if (!m_settings.contains(QString(kLayoutGroup) + "/mainSplitter"))
+        m_splitter->setSizes({420, 400});
 }
 
 void DeskWindow::saveLayout() {
@@ -465,7 +470,9 @@ void DeskWindow::refreshOrders() {
     m_dirtyOrders = false;
     std::vector<tagBrokerOrder> orders;
     m_exchange.GetAllOrders(orders);
-    const DecimalsOf dec = [this](std::int32_t e, const std::string& c) { return decimalsOf(e, c); };
+    const DecimalsOf dec = [this](std::int32_t e, const std::string& c) {
+        return decimalsOf(e, c);
+    };
     m_working->setRows(orderRows(orders, true, dec));
     m_allOrders->setRows(orderRows(orders, false, dec));
 }
@@ -474,18 +481,16 @@ void DeskWindow::refreshFills() {
     m_dirtyFills = false;
     std::vector<tagBargainOrder> fills;
     m_exchange.GetAllBargains(fills);
-    m_fills->setRows(fillRows(fills, [this](std::int32_t e, const std::string& c) {
-        return decimalsOf(e, c);
-    }));
+    m_fills->setRows(
+        fillRows(fills, [this](std::int32_t e, const std::string& c) { return decimalsOf(e, c); }));
 }
 
 void DeskWindow::refreshPositions() {
     m_dirtyPositions = false;
     std::vector<tagOpenedPosition> positions;
     m_exchange.GetAllPositions(positions);
-    m_positions->setRows(positionRows(positions, [this](std::int32_t e, const std::string& c) {
-        return decimalsOf(e, c);
-    }));
+    m_positions->setRows(positionRows(
+        positions, [this](std::int32_t e, const std::string& c) { return decimalsOf(e, c); }));
 }
 
 void DeskWindow::refreshTriggers() {
@@ -499,9 +504,9 @@ void DeskWindow::refreshTriggers() {
 
 void DeskWindow::updateStatus() {
     const std::int64_t nowMs = SystemClock::instance().nowMs();
-    m_clockLabel->setText(QString(t::kStatusMarketTime)
-                              .arg(QDateTime::fromMSecsSinceEpoch(nowMs).toString(
-                                  "yyyy-MM-dd HH:mm:ss")));
+    m_clockLabel->setText(
+        QString(t::kStatusMarketTime)
+            .arg(QDateTime::fromMSecsSinceEpoch(nowMs).toString("yyyy-MM-dd HH:mm:ss")));
     m_feedLabel->setText(m_feedText);
     m_accountLabel->setText(QString(t::kStatusAccounts).arg(loggedOnAccounts().size()));
 }
@@ -740,8 +745,7 @@ bool DeskWindow::openTool(const QString& exportName, QString* reason) {
                                                               nullptr);
             } else if (exportName == "ShowMultiConfirm") {
                 reinterpret_cast<AddinLibrary::MultiConfirmFn>(fn)(
-                    orders.data(), static_cast<int>(orders.size()), 1, caller.constData(),
-                    nullptr);
+                    orders.data(), static_cast<int>(orders.size()), 1, caller.constData(), nullptr);
             } else {
                 reinterpret_cast<AddinLibrary::SameConfirmFn>(fn)(
                     orders.data(), static_cast<int>(orders.size()), caller.constData());
@@ -772,8 +776,8 @@ QDialog* DeskWindow::showOptions(bool modal) {
         if (modal) inform(t::kOptionsUnavailable);
         return nullptr;
     }
-    const QString caption = page->windowTitle().isEmpty() ? QString::fromUtf8("交易")
-                                                          : page->windowTitle();
+    const QString caption =
+        page->windowTitle().isEmpty() ? QString::fromUtf8("交易") : page->windowTitle();
     tabs->addTab(page, caption);
     layout->addWidget(tabs);
     auto* buttons = new QDialogButtonBox(dialog);

@@ -43,11 +43,11 @@ int writeScreenshots(const QString& dir) {
         if (!w->isVisible()) continue;
         const Qt::WindowType type = w->windowType();
         if (type != Qt::Window && type != Qt::Dialog) continue;
-        QString name = w->objectName().isEmpty() ? QString(w->metaObject()->className())
-                                                 : w->objectName();
+        QString name =
+            w->objectName().isEmpty() ? QString(w->metaObject()->className()) : w->objectName();
         name.replace(QRegularExpression("[^A-Za-z0-9_-]"), "_");
-        const QString file = QDir(dir).filePath(QString("%1_%2.png").arg(++n, 2, 10,
-                                                                            QChar('0')).arg(name));
+        const QString file =
+            QDir(dir).filePath(QString("%1_%2.png").arg(++n, 2, 10, QChar('0')).arg(name));
         if (!w->grab().save(file)) {
             printErr(QString("could not write %1").arg(file));
             --n;
@@ -63,7 +63,7 @@ void padCatalogue(SimExchange& exchange, std::size_t wanted) {
     for (int round = 1; have < wanted && round < 4; ++round) {
         for (const SimContract& c : base) {
             if (have >= wanted) break;
-            if (!c.spec.bTradable) continue;
+            if (!c.detail.bTradable) continue;
             SimContract next = c;
             // Same product, a later delivery month: the last two digits move on.
             std::string code = c.symbol.strCode;
@@ -73,8 +73,8 @@ void padCatalogue(SimExchange& exchange, std::size_t wanted) {
             const int later = (month + 3 * round - 1) % 12 + 1;
             code.replace(len - 2, 2, (later < 10 ? "0" : "") + std::to_string(later));
             next.symbol.strCode = code;
-            next.spec.strName = c.spec.strName.substr(0, c.spec.strName.size() - 2) +
-                                code.substr(len - 2);
+            next.detail.strName =
+                c.detail.strName.substr(0, c.detail.strName.size() - 2) + code.substr(len - 2);
             SimContract existing;
             if (exchange.contract(next.symbol, existing)) continue;
             exchange.addContract(next);
@@ -126,9 +126,9 @@ int main(int argc, char** argv) {
     for (const QString& file : opts.tickFiles) {
         sim::TickParseReport report;
         if (!exchange.loadTickFile(file.toStdString(), {}, &report)) {
-            const QString why = report.opened ? QString("no usable tick (%1 lines skipped)")
-                                                    .arg(report.skipped)
-                                              : QString::fromStdString(report.error);
+            const QString why =
+                report.opened ? QString("no usable tick (%1 lines skipped)").arg(report.skipped)
+                              : QString::fromStdString(report.error);
             printErr(QString("cannot replay %1: %2").arg(file, why));
             continue;
         }
@@ -193,9 +193,8 @@ int main(int argc, char** argv) {
             std::printf(
                 "helmsman: %zu contracts, %.0f ms wall: UI thread busy %.1f ms (%.2f%%), "
                 "of which pump handlers %.1f ms (%.2f%%) in %llu calls; %llu quote rounds\n",
-                exchange.contracts().size(), r.wallMs, r.busyMs, 100 * r.busyShare(),
-                r.handlerMs, 100 * r.handlerShare(),
-                static_cast<unsigned long long>(r.handlerCalls),
+                exchange.contracts().size(), r.wallMs, r.busyMs, 100 * r.busyShare(), r.handlerMs,
+                100 * r.handlerShare(), static_cast<unsigned long long>(r.handlerCalls),
                 static_cast<unsigned long long>(exchange.stats().quoteRounds));
             std::fflush(stdout);
             app.quit();

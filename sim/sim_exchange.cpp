@@ -15,11 +15,16 @@
 
 const char* simTriggerStatusText(std::int32_t status) {
     switch (status) {
-        case kSimTriggerWaiting: return "等待触发";
-        case kSimTriggerReleased: return "已触发";
-        case kSimTriggerDeleted: return "已删除";
-        case kSimTriggerExpired: return "已过期";
-        default: return "未知";
+        case kSimTriggerWaiting:
+            return "等待触发";
+        case kSimTriggerReleased:
+            return "已触发";
+        case kSimTriggerDeleted:
+            return "已删除";
+        case kSimTriggerExpired:
+            return "已过期";
+        default:
+            return "未知";
     }
 }
 
@@ -35,12 +40,12 @@ SimContract makeContract(std::uint16_t ex, const char* code, const char* name, f
                          double perLot, double rate, double touch, bool tradable = true) {
     SimContract c;
     c.symbol = tagSymbol{ex, code};
-    c.spec.fPriceUnit = unit;
-    c.spec.nMinMove = 1;
-    c.spec.dMultiplier = mult;
-    c.spec.dMarginRate = margin;
-    c.spec.bTradable = tradable;
-    c.spec.strName = name;
+    c.detail.fPriceUnit = unit;
+    c.detail.nMinMove = 1;
+    c.detail.dMultiplier = mult;
+    c.detail.dMarginRate = margin;
+    c.detail.bTradable = tradable;
+    c.detail.strName = name;
     c.preSettle = preSettle;
     c.preClose = preSettle;
     c.limitPct = limitPct;
@@ -64,14 +69,10 @@ std::vector<SimContract> defaultCatalogue() {
         makeContract(2, "SR105", "白糖105", 1.0f, 10, 0.07, 5192, 0.05, 3, 0, 40),
         makeContract(2, "CF105", "棉花105", 5.0f, 5, 0.07, 14815, 0.05, 4.3, 0, 20),
         // 中国金融期货交易所
-        makeContract(3, "IF2101", "沪深300指数2101", 0.2f, 300, 0.12, 5216.2, 0.10, 0,
-                     0.000023, 4),
-        makeContract(3, "IC2101", "中证500指数2101", 0.2f, 200, 0.14, 6372.8, 0.10, 0,
-                     0.000023, 3),
-        makeContract(3, "IH2101", "上证50指数2101", 0.2f, 300, 0.12, 3645.4, 0.10, 0,
-                     0.000023, 3),
-        makeContract(3, "T2103", "10年期国债2103", 0.005f, 10000, 0.02, 97.625, 0.02, 3, 0,
-                     25),
+        makeContract(3, "IF2101", "沪深300指数2101", 0.2f, 300, 0.12, 5216.2, 0.10, 0, 0.000023, 4),
+        makeContract(3, "IC2101", "中证500指数2101", 0.2f, 200, 0.14, 6372.8, 0.10, 0, 0.000023, 3),
+        makeContract(3, "IH2101", "上证50指数2101", 0.2f, 300, 0.12, 3645.4, 0.10, 0, 0.000023, 3),
+        makeContract(3, "T2103", "10年期国债2103", 0.005f, 10000, 0.02, 97.625, 0.02, 3, 0, 25),
         // An expired contract, still listed: orders in it are refused.
         makeContract(3, "IF2012", "沪深300指数2012(已到期)", 0.2f, 300, 0.12, 5045.0, 0.10, 0,
                      0.000023, 0, false),
@@ -92,7 +93,9 @@ std::int32_t timeOfDayMs(std::int64_t nowMs) {
 }
 
 // Calendar milliseconds of local midnight of the day of nowMs.
-std::int64_t midnightMs(std::int64_t nowMs) { return nowMs - timeOfDayMs(nowMs); }
+std::int64_t midnightMs(std::int64_t nowMs) {
+    return nowMs - timeOfDayMs(nowMs);
+}
 
 bool isWorking(std::int32_t s) {
     return s == kOrderQueued || s == kOrderPartFilled || s == kOrderCancelling ||
@@ -169,9 +172,8 @@ struct SimExchange::Impl {
         std::size_t account = 0;
     };
 
-    using Payload =
-        std::variant<std::monostate, tagBrokerOrder, tagBargainOrder, ITickEx, tagTriggerOrder,
-                     tagAccoutInfo>;
+    using Payload = std::variant<std::monostate, tagBrokerOrder, tagBargainOrder, ITickEx,
+                                 tagTriggerOrder, tagAccoutInfo>;
     struct Event {
         bool logon = false;
         std::uint32_t code = 0;
@@ -225,7 +227,9 @@ struct SimExchange::Impl {
                 return i;
         return npos;
     }
-    std::size_t findMarket(const tagSymbol& s) const { return findMarket(s.wExchangeID, s.strCode); }
+    std::size_t findMarket(const tagSymbol& s) const {
+        return findMarket(s.wExchangeID, s.strCode);
+    }
     std::size_t findAccount(const std::string& k1, const std::string& k2) const {
         for (std::size_t i = 0; i < accounts.size(); ++i)
             if (accounts[i].a.info.strAccountID == k1 &&
@@ -238,8 +242,8 @@ struct SimExchange::Impl {
     // ---- Market set-up ----------------------------------------------------------------
     void initMarket(Market& m) {
         const auto& c = m.c;
-        m.step = std::max<std::int64_t>(
-            1, std::llround(static_cast<double>(c.spec.nMinMove) * c.spec.fPriceUnit * 10000.0));
+        m.step = std::max<std::int64_t>(1, std::llround(static_cast<double>(c.detail.nMinMove) *
+                                                        c.detail.fPriceUnit * 10000.0));
         std::int64_t ps = std::llround(c.preSettle * 10000.0);
         double up = static_cast<double>(ps) * (1.0 + c.limitPct);
         double lo = static_cast<double>(ps) * (1.0 - c.limitPct);
@@ -274,7 +278,8 @@ struct SimExchange::Impl {
 
     bool inPreOpen(const Market& m, std::int64_t nowMs) const {
         std::int32_t tod = timeOfDayMs(nowMs);
-        std::int32_t start = m.c.symbol.wExchangeID == 3 ? (9 * 60 + 10) * 60000 : (8 * 60 + 55) * 60000;
+        std::int32_t start =
+            m.c.symbol.wExchangeID == 3 ? (9 * 60 + 10) * 60000 : (8 * 60 + 55) * 60000;
         return tod >= start && tod < start + 5 * 60000;
     }
 
@@ -285,7 +290,7 @@ struct SimExchange::Impl {
         m.q.dPreOpenPrice1 = m.q.dOpen;
         double lots = std::max(1.0, std::floor(m.c.typicalTouchVolume * 3));
         m.q.dVolume = lots;
-        m.q.dTurnover = lots * m.q.dLast * m.c.spec.dMultiplier;
+        m.q.dTurnover = lots * m.q.dLast * m.c.detail.dMultiplier;
         setBook(m);
         m.q.tQuoteTime = nowMs;
     }
@@ -311,8 +316,8 @@ struct SimExchange::Impl {
         if (!m.opened) {
             if (inPreOpen(m, nowMs)) {
                 std::uniform_int_distribution<int> d(-1, 1);
-                m.indicativeTicks =
-                    std::clamp<std::int64_t>(m.indicativeTicks + d(rng), m.lowerTicks, m.upperTicks);
+                m.indicativeTicks = std::clamp<std::int64_t>(m.indicativeTicks + d(rng),
+                                                             m.lowerTicks, m.upperTicks);
                 m.q.dPreOpenPrice1 = m.price(m.indicativeTicks);
                 m.q.dLast = m.q.dBid = m.q.dAsk = 0;
                 m.q.dBidVol = m.q.dAskVol = 0;
@@ -339,7 +344,7 @@ struct SimExchange::Impl {
         std::uniform_int_distribution<int> traded(0, static_cast<int>(typical));
         double lots = (mv != 0 ? 1 : 0) + traded(rng);
         m.q.dVolume += lots;
-        m.q.dTurnover += lots * m.q.dLast * m.c.spec.dMultiplier;
+        m.q.dTurnover += lots * m.q.dLast * m.c.detail.dMultiplier;
         std::uniform_int_distribution<int> oi(-static_cast<int>(lots), static_cast<int>(lots));
         m.q.dOpenInterest = std::max(0.0, m.q.dOpenInterest + oi(rng));
         setBook(m);
@@ -359,12 +364,18 @@ struct SimExchange::Impl {
         if (r.preSettle > 0) q.dPreSettle = r.preSettle;
         if (r.preClose > 0) q.dPreClose = q.dPreOpenPrice2 = r.preClose;
         if (r.upperLimit > 0 && r.lowerLimit > 0) setLimits(m, r.upperLimit, r.lowerLimit);
-        if (r.open > 0) q.dOpen = q.dPreOpenPrice1 = r.open;
-        else if (q.dOpen <= 0 && r.last > 0) q.dOpen = q.dPreOpenPrice1 = r.last;
-        if (r.high > 0) q.dHigh = r.high;
-        else if (r.last > 0) q.dHigh = std::max(q.dHigh, r.last);
-        if (r.low > 0) q.dLow = r.low;
-        else if (r.last > 0) q.dLow = q.dLow > 0 ? std::min(q.dLow, r.last) : r.last;
+        if (r.open > 0)
+            q.dOpen = q.dPreOpenPrice1 = r.open;
+        else if (q.dOpen <= 0 && r.last > 0)
+            q.dOpen = q.dPreOpenPrice1 = r.last;
+        if (r.high > 0)
+            q.dHigh = r.high;
+        else if (r.last > 0)
+            q.dHigh = std::max(q.dHigh, r.last);
+        if (r.low > 0)
+            q.dLow = r.low;
+        else if (r.last > 0)
+            q.dLow = q.dLow > 0 ? std::min(q.dLow, r.last) : r.last;
         if (r.last > 0) m.lastTicks = m.nearestTicks(r.last);
         m.opened = true;
     }
@@ -399,8 +410,8 @@ struct SimExchange::Impl {
         while (it != book.end()) {
             const std::int64_t key = it->first;
             const double p = m.price(key);
-            bool through = isPricePresent(last) &&
-                           (buy ? last < p - kPriceEpsilon : last > p + kPriceEpsilon);
+            bool through =
+                isPricePresent(last) && (buy ? last < p - kPriceEpsilon : last > p + kPriceEpsilon);
             bool touch = isPricePresent(opp) && avail > kVolEps &&
                          (buy ? opp <= p + kPriceEpsilon : opp >= p - kPriceEpsilon);
             if (!through && !touch) break;
@@ -427,8 +438,10 @@ struct SimExchange::Impl {
         Order& o = orders[oi];
         Market& m = markets[o.market];
         o.resting = true;
-        if (o.o.nDirection == kDirBuy) m.buys[o.priceTicks].push_back(oi);
-        else m.sells[o.priceTicks].push_back(oi);
+        if (o.o.nDirection == kDirBuy)
+            m.buys[o.priceTicks].push_back(oi);
+        else
+            m.sells[o.priceTicks].push_back(oi);
         ++st.restingOrders;
     }
 
@@ -445,13 +458,15 @@ struct SimExchange::Impl {
             dq.erase(std::remove(dq.begin(), dq.end(), oi), dq.end());
             if (dq.empty()) book.erase(it);
         };
-        if (o.o.nDirection == kDirBuy) erase(m.buys);
-        else erase(m.sells);
+        if (o.o.nDirection == kDirBuy)
+            erase(m.buys);
+        else
+            erase(m.sells);
     }
 
     double commissionOf(const Market& m, double qty, double price) const {
         if (m.c.commissionPerLot > 0) return m.c.commissionPerLot * qty;
-        return m.c.commissionRate * price * qty * m.c.spec.dMultiplier;
+        return m.c.commissionRate * price * qty * m.c.detail.dMultiplier;
     }
 
     void fill(std::size_t oi, double qty, double px) {
@@ -459,7 +474,7 @@ struct SimExchange::Impl {
         Market& m = markets[o.market];
         Account& a = accounts[o.account];
         Position& pos = positions[{o.account, o.market}];
-        const double mult = m.c.spec.dMultiplier;
+        const double mult = m.c.detail.dMultiplier;
         std::int64_t now = clock.now();
 
         if (o.o.nOpenClose == kOpen) {
@@ -584,7 +599,7 @@ struct SimExchange::Impl {
         Order& o = orders[oi];
         if (o.market == npos) return simtext::kUnknownContract;
         Market& m = markets[o.market];
-        if (!m.c.spec.bTradable) return simtext::kNotTradable;
+        if (!m.c.detail.bTradable) return simtext::kNotTradable;
         if (!(o.o.dVolume > kVolEps) || std::fabs(o.o.dVolume - std::round(o.o.dVolume)) > kVolEps)
             return simtext::kBadVolume;
         o.o.dVolume = std::round(o.o.dVolume);
@@ -598,7 +613,7 @@ struct SimExchange::Impl {
         Position& pos = positions[{o.account, o.market}];
         const double vol = o.o.dVolume;
         if (o.o.nOpenClose == kOpen) {
-            double perLot = o.o.dPrice * m.c.spec.dMultiplier * m.c.spec.dMarginRate +
+            double perLot = o.o.dPrice * m.c.detail.dMultiplier * m.c.detail.dMarginRate +
                             commissionOf(m, 1, o.o.dPrice);
             if (available(o.account) < perLot * vol - 1e-6) return simtext::kNoFunds;
             o.frozenPerLot = perLot;
@@ -712,11 +727,20 @@ struct SimExchange::Impl {
             const double tp = t.dTriggerPrice;
             bool fire = false;
             switch (t.nTriggerType) {
-                case kTriggerBuyDip: fire = last <= tp + kPriceEpsilon; break;
-                case kTriggerSellRise: fire = last >= tp - kPriceEpsilon; break;
-                case kTriggerBuyChase: fire = last >= tp - kPriceEpsilon; break;
-                case kTriggerSellChase: fire = last <= tp + kPriceEpsilon; break;
-                default: break;
+                case kTriggerBuyDip:
+                    fire = last <= tp + kPriceEpsilon;
+                    break;
+                case kTriggerSellRise:
+                    fire = last >= tp - kPriceEpsilon;
+                    break;
+                case kTriggerBuyChase:
+                    fire = last >= tp - kPriceEpsilon;
+                    break;
+                case kTriggerSellChase:
+                    fire = last <= tp + kPriceEpsilon;
+                    break;
+                default:
+                    break;
             }
             if (fire) release(i, now);
         }
@@ -835,8 +859,8 @@ struct SimExchange::Impl {
         for (const auto& [key, p] : positions) {
             if (key.first != ai) continue;
             const Market& m = markets[key.second];
-            double mk = mark(m), mult = m.c.spec.dMultiplier;
-            margin += (p.longQty() + p.shortQty()) * mk * mult * m.c.spec.dMarginRate;
+            double mk = mark(m), mult = m.c.detail.dMultiplier;
+            margin += (p.longQty() + p.shortQty()) * mk * mult * m.c.detail.dMarginRate;
             posProfit += (mk - p.longAvg) * p.longQty() * mult;
             posProfit += (p.shortAvg - mk) * p.shortQty() * mult;
         }
@@ -904,8 +928,10 @@ SimExchange::SimExchange(IClock& clock, SimOptions options)
         auto seed = [&](std::size_t mi, int dir, double vol) {
             auto& p = d.positions[{1, mi}];
             double px = d.markets[mi].c.preSettle;
-            if (dir == kDirBuy) p.longYd = vol, p.longAvg = px;
-            else p.shortYd = vol, p.shortAvg = px;
+            if (dir == kDirBuy)
+                p.longYd = vol, p.longAvg = px;
+            else
+                p.shortYd = vol, p.shortAvg = px;
         };
         seed(d.findMarket(0, "rb2105"), kDirBuy, 5);
         seed(d.findMarket(3, "IF2101"), kDirSell, 1);
@@ -920,7 +946,9 @@ SimExchange::SimExchange(IClock& clock, SimOptions options)
 
 SimExchange::~SimExchange() = default;
 
-#define SIM_LOCK std::lock_guard<std::recursive_mutex> lock_(m_impl->mu); Impl& d = *m_impl
+#define SIM_LOCK                                             \
+    std::lock_guard<std::recursive_mutex> lock_(m_impl->mu); \
+    Impl& d = *m_impl
 
 int SimExchange::GetMarketQuote(const tagSymbol& symbol, IModuleFutureTrader::ITickEx& tick) {
     SIM_LOCK;
@@ -931,11 +959,11 @@ int SimExchange::GetMarketQuote(const tagSymbol& symbol, IModuleFutureTrader::IT
 }
 
 int SimExchange::GetSymbolProperty(const tagSymbol& symbol,
-                                   IModuleFutureTrader::ISpecDetailValue& spec) {
+                                   IModuleFutureTrader::ISpecDetailValue& detail) {
     SIM_LOCK;
     std::size_t mi = d.findMarket(symbol);
     if (mi == Impl::npos) return 0;
-    spec = d.markets[mi].c.spec;
+    detail = d.markets[mi].c.detail;
     return 1;
 }
 
@@ -1123,7 +1151,9 @@ int SimExchange::GetAvailableAccounts(std::vector<tagAccoutInfo>& out) {
 }
 
 int SimExchange::GetAllExchanges(std::vector<tagExchangeInfo>& out) {
-    out = {{0, "上海期货交易所"}, {1, "大连商品交易所"}, {2, "郑州商品交易所"},
+    out = {{0, "上海期货交易所"},
+           {1, "大连商品交易所"},
+           {2, "郑州商品交易所"},
            {3, "中国金融期货交易所"}};
     return 1;
 }
@@ -1132,7 +1162,7 @@ int SimExchange::GetExchangeSymbols(int exchangeID, std::vector<tagSymbol>& out,
     SIM_LOCK;
     out.clear();
     for (const auto& m : d.markets)
-        if (m.c.symbol.wExchangeID == exchangeID && (filter != 1 || m.c.spec.bTradable))
+        if (m.c.symbol.wExchangeID == exchangeID && (filter != 1 || m.c.detail.bTradable))
             out.push_back(m.c.symbol);
     return 1;
 }
@@ -1210,8 +1240,10 @@ std::size_t SimExchange::deliverPending() {
         batch.reserve(d.queue.size());
         std::deque<Impl::Event> held;
         for (auto& e : d.queue) {
-            if (e.dueCall > d.deliverCalls || (e.dueMs > 0 && e.dueMs > now)) held.push_back(std::move(e));
-            else batch.push_back(std::move(e));
+            if (e.dueCall > d.deliverCalls || (e.dueMs > 0 && e.dueMs > now))
+                held.push_back(std::move(e));
+            else
+                batch.push_back(std::move(e));
         }
         d.queue.swap(held);
         sink = d.sink;
@@ -1229,8 +1261,10 @@ std::size_t SimExchange::deliverPending() {
     for (auto& e : batch) {
         std::uintptr_t data = std::visit(
             [](auto& v) -> std::uintptr_t {
-                if constexpr (std::is_same_v<std::decay_t<decltype(v)>, std::monostate>) return 0;
-                else return reinterpret_cast<std::uintptr_t>(&v);
+                if constexpr (std::is_same_v<std::decay_t<decltype(v)>, std::monostate>)
+                    return 0;
+                else
+                    return reinterpret_cast<std::uintptr_t>(&v);
             },
             e.payload);
         for (int c = 0; c < e.copies; ++c) {
@@ -1434,7 +1468,7 @@ void SimExchange::addContract(const SimContract& contract) {
 void SimExchange::setTradable(const tagSymbol& symbol, bool tradable) {
     SIM_LOCK;
     std::size_t mi = d.findMarket(symbol);
-    if (mi != Impl::npos) d.markets[mi].c.spec.bTradable = tradable;
+    if (mi != Impl::npos) d.markets[mi].c.detail.bTradable = tradable;
 }
 
 // ---- Accounts -----------------------------------------------------------------------------

@@ -145,12 +145,12 @@ inline constexpr const char* kInjectedReject = "模拟拒单";
 // One contract of the catalogue.
 struct SimContract {
     tagSymbol symbol;
-    IModuleFutureTrader::ISpecDetailValue spec;  // price unit, min move, multiplier, ...
+    IModuleFutureTrader::ISpecDetailValue detail;  // price unit, min move, multiplier, ...
     double preSettle = 0;
     double preClose = 0;
-    double limitPct = 0;          // limit band: preSettle * (1 ± limitPct), inward to the tick
-    double commissionPerLot = 0;  // fixed commission per lot, or
-    double commissionRate = 0;    // a fraction of the traded value (whichever is non-zero)
+    double limitPct = 0;             // limit band: preSettle * (1 ± limitPct), inward to the tick
+    double commissionPerLot = 0;     // fixed commission per lot, or
+    double commissionRate = 0;       // a fraction of the traded value (whichever is non-zero)
     double typicalTouchVolume = 20;  // scale of the random walk's bid/ask volumes
 };
 
@@ -163,8 +163,8 @@ struct SimAccount {
 
 struct SimOptions {
     std::uint64_t seed = 20210104;
-    bool logonAtStart = true;   // both demo accounts logged on at construction
-    bool randomWalk = true;     // step() moves contracts that are not replaying
+    bool logonAtStart = true;        // both demo accounts logged on at construction
+    bool randomWalk = true;          // step() moves contracts that are not replaying
     bool yesterdayPositions = true;  // 880002 starts with yesterday's positions
 };
 
@@ -214,7 +214,7 @@ public:
     // one deleted. Both return 0 for an unknown or no longer waiting order.
     int GetMarketQuote(const tagSymbol& symbol, IModuleFutureTrader::ITickEx& tick) override;
     int GetSymbolProperty(const tagSymbol& symbol,
-                          IModuleFutureTrader::ISpecDetailValue& spec) override;
+                          IModuleFutureTrader::ISpecDetailValue& detail) override;
     int GetAllPositions(std::vector<tagOpenedPosition>& positions) override;
     int GetPosition(tagOpenedPosition& position, const std::string& accountKey1,
                     const std::string& accountKey2, const tagSymbol& symbol) override;

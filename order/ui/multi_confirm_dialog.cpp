@@ -7,15 +7,15 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
-#include "app/column_spec.h"
+#include "app/column_layout.h"
 #include "app/helmsman_manage.h"
 #include "order/confirm_strings.h"
 #include "order/ui/confirm_order_dialog.h"
 
 namespace confirm_ui {
 
-void applyColumns(QTableWidget* table, const char* spec) {
-    const auto columns = parseColumnSpec(spec);
+void applyColumns(QTableWidget* table, const char* detail) {
+    const auto columns = parseColumnLayout(detail);
     table->setColumnCount(static_cast<int>(columns.size()));
     QStringList titles;
     for (const auto& c : columns) titles << QString::fromStdString(c.title);
@@ -52,9 +52,9 @@ static void setupTable(QTableWidget* table) {
 // Makes every column at least as wide as its heading and its widest cell.
 static void fitColumns(QTableWidget* table) {
     for (int c = 0; c < table->columnCount(); ++c) {
-        const int spec = table->columnWidth(c);
+        const int detail = table->columnWidth(c);
         table->resizeColumnToContents(c);
-        table->setColumnWidth(c, std::max(spec, table->columnWidth(c) + 8));
+        table->setColumnWidth(c, std::max(detail, table->columnWidth(c) + 8));
     }
 }
 
@@ -67,7 +67,7 @@ using confirm_ui::readOnlyItem;
 BatchOrderTable::BatchOrderTable(CMultiConfirm& core, CHelmsmanManage& manager, QWidget* parent)
     : QTableWidget(parent), m_core(core), m_manager(manager) {
     confirm_ui::setupTable(this);
-    confirm_ui::applyColumns(this, CMultiConfirm::columnSpec());
+    confirm_ui::applyColumns(this, CMultiConfirm::columnLayout());
     setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     refresh();
     confirm_ui::fitColumns(this);
@@ -196,7 +196,7 @@ MultiTriggerConfirmDialog::MultiTriggerConfirmDialog(std::unique_ptr<CMultiTrigg
     setModal(true);
     m_table = new QTableWidget(this);
     confirm_ui::setupTable(m_table);
-    confirm_ui::applyColumns(m_table, CMultiTriggerConfirm::columnSpec());
+    confirm_ui::applyColumns(m_table, CMultiTriggerConfirm::columnLayout());
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setRowCount(static_cast<int>(m_core->rowCount()));
     for (int r = 0; r < m_table->rowCount(); ++r) {

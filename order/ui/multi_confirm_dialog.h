@@ -84,8 +84,8 @@ private:
 };
 
 namespace confirm_ui {
-// Applies a column specification ("title,width;...") to a table; widths are dialog units.
-void applyColumns(QTableWidget* table, const char* spec);
+// Applies a column layout ("title,width;...") to a table; widths are dialog units.
+void applyColumns(QTableWidget* table, const char* detail);
 // A table cell that the user reads but does not edit.
 QTableWidgetItem* readOnlyItem(const std::string& text);
 // Width that shows every column of `table` without a horizontal scroll bar.

@@ -30,9 +30,9 @@ tagBargainOrder fill(std::string code, int dir, int openClose, double vol, doubl
 
 FakeHost hostWithContracts() {
     FakeHost host;
-    host.specs["IF2406"] = contractSpec(0.2f, 1, 10);
-    host.specs["au2412"] = contractSpec(0.02f, 1, 10);
-    host.specs["rb2410"] = contractSpec(1.0f, 1, 10);
+    host.details["IF2406"] = contractDetail(0.2f, 1, 10);
+    host.details["au2412"] = contractDetail(0.02f, 1, 10);
+    host.details["rb2410"] = contractDetail(1.0f, 1, 10);
     return host;
 }
 

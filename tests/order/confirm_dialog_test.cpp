@@ -9,9 +9,9 @@ namespace {
 
 FakeHost hostWithContracts() {
     FakeHost host;
-    host.specs["IF2406"] = contractSpec(0.2f, 1, 10);  // tick 0.2: one decimal
-    host.specs["rb2410"] = contractSpec(1.0f, 1, 10);  // tick 1: no decimals
-    host.specs["au2412"] = contractSpec(0.02f, 1, 10);
+    host.details["IF2406"] = contractDetail(0.2f, 1, 10);  // tick 0.2: one decimal
+    host.details["rb2410"] = contractDetail(1.0f, 1, 10);  // tick 1: no decimals
+    host.details["au2412"] = contractDetail(0.02f, 1, 10);
     return host;
 }
 

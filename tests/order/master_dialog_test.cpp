@@ -54,7 +54,7 @@ TEST_F(MasterDialogTest, DestroyedWithoutCloseUnsubscribesAndWritesNothing) {
 }
 
 TEST_F(MasterDialogTest, UntradableSymbolRefusedAndTheOldOneKept) {
-    host.specs["rb2410"].bTradable = false;
+    host.details["rb2410"].bTradable = false;
     openOn("ag2412");
     EXPECT_FALSE(ticket->selectSymbol({1, "rb2410"}));
     ASSERT_EQ(prompter.boxes.size(), 1u);
@@ -73,14 +73,14 @@ TEST_F(MasterDialogTest, CodeWithoutContractRefusedLikeAnUntradableOne) {
 }
 
 TEST_F(MasterDialogTest, CodeIsCutToEightBytes) {
-    host.specs["abcdefgh"] = contractSpec(1.0f, 1, 10, 0.1);
+    host.details["abcdefgh"] = contractDetail(1.0f, 1, 10, 0.1);
     openOn("abcdefghij");
     EXPECT_EQ(ticket->symbol().strCode, "abcdefgh");
 }
 
 TEST_F(MasterDialogTest, SymbolLinkReturns) {
-    host.specs["rb2410"].bTradable = true;
-    host.specs["cu2409"] = contractSpec(10.0f, 1, 5, 0.1, false);
+    host.details["rb2410"].bTradable = true;
+    host.details["cu2409"] = contractDetail(10.0f, 1, 5, 0.1, false);
     openOn("ag2412");
     const tagSymbol same{1, "ag2412"}, otherExchange{2, "ag2412"}, other{1, "rb2410"}, empty{1, ""},
         untradable{1, "cu2409"};
@@ -182,7 +182,7 @@ TEST_F(MasterDialogTest, OpenableQuantity) {
         host.summaries.clear();
         if (c.fundsReadable)
             host.summaries["A1"] = tagAccountSummary{"A1", "B1", 0, 0, c.available};
-        host.specs["ag2412"] = contractSpec(0.2f, 1, c.multiplier, c.margin);
+        host.details["ag2412"] = contractDetail(0.2f, 1, c.multiplier, c.margin);
         openOn("ag2412");
         EXPECT_EQ(ticket->openableText(), "可开:N/A");  // no price yet
         deliverQuote(quote("ag2412", 0, 0, c.last));

@@ -12,8 +12,8 @@ namespace {
 
 FakeHost hostWithIF() {
     FakeHost host;
-    host.specs["IF2406"] = contractSpec(0.2f, 1, 10);
-    host.specs["rb2410"] = contractSpec(1.0f, 1, 10);
+    host.details["IF2406"] = contractDetail(0.2f, 1, 10);
+    host.details["rb2410"] = contractDetail(1.0f, 1, 10);
     host.quotes["IF2406"] = TickBuilder().limits(2700, 3300);  // rb2410 has no quote: no band known
     return host;
 }
@@ -45,7 +45,7 @@ TEST(MultiConfirm, TitleColumnsAndRowsInArrayOrder) {
                                           order("8003", "IF2406", kDirSell, kCloseToday, 1, 3000)};
     CMultiConfirm mc(orders, "批量下单", nullptr, &host);
     EXPECT_EQ(mc.title(), "委托确认[批量下单] - 双击可修改价格数量");
-    EXPECT_STREQ(CMultiConfirm::columnSpec(), "帐户,80;商品信息,108;委托价格,60;委托数量,60;");
+    EXPECT_STREQ(CMultiConfirm::columnLayout(), "帐户,80;商品信息,108;委托价格,60;委托数量,60;");
     ASSERT_EQ(mc.rowCount(), 3u);
     const std::vector<std::vector<std::string>> rows = {
         {"8001(9999)", "IF2406 开仓买入", "3001.4", "2"},
@@ -204,7 +204,7 @@ TEST(MultiTriggerConfirm, RowsAndSendingInListOrder) {
          trigger("8003", 2985.2, 2985, 0, 2900)},
         "舵手", &host);
     EXPECT_EQ(mc.title(), "触发单确认[舵手]");
-    EXPECT_STREQ(CMultiTriggerConfirm::columnSpec(),
+    EXPECT_STREQ(CMultiTriggerConfirm::columnLayout(),
                  "帐户,80;商品信息,108;触发价格,60;执行价格,60;委托数量,60;止损价,60;获利价,60;");
     const std::vector<std::vector<std::string>> rows = {
         {"8001(9999)", "IF2406 开仓卖出 追卖", "2990.0", "2989.8", "2", "3000.0", "2950.0"},

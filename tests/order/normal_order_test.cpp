@@ -215,14 +215,14 @@ TEST_F(NormalOrderTest, NoSymbolRefused) {
 TEST_F(NormalOrderTest, SymbolTheHostStoppedTradingRefused) {
     openOn("ag2412");
     controls().price = 3000;
-    host.specs["ag2412"].bTradable = false;
+    host.details["ag2412"].bTradable = false;
     expectRefused(page().send(kDirBuy), "提示", "当前商品不能进行交易！");
 }
 
 TEST_F(NormalOrderTest, SymbolWithoutContractRefused) {
     openOn("ag2412");
     controls().price = 3000;
-    host.specs.erase("ag2412");
+    host.details.erase("ag2412");
     expectRefused(page().send(kDirBuy), "提示", "当前商品不能进行交易！");
 }
 

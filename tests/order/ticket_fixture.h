@@ -40,9 +40,9 @@ protected:
         host.symbolsByExchange[1] = {{1, "ag2412"}, {1, "rb2410"}};
         host.symbolsByExchange[2] = {{2, "m2501"}};
         // A 0.2 tick: one point is 0.2, prices show one decimal.
-        host.specs["ag2412"] = contractSpec(0.2f, 1, 10, 0.1);
-        host.specs["rb2410"] = contractSpec(1.0f, 1, 10, 0.1);
-        host.specs["m2501"] = contractSpec(1.0f, 1, 10, 0.1);
+        host.details["ag2412"] = contractDetail(0.2f, 1, 10, 0.1);
+        host.details["rb2410"] = contractDetail(1.0f, 1, 10, 0.1);
+        host.details["m2501"] = contractDetail(1.0f, 1, 10, 0.1);
         host.summaries["A1"] = tagAccountSummary{"A1", "B1", 0, 0, 100000};
     }
 

@@ -16,25 +16,23 @@ bool onGrid(double p, const IModuleFutureTrader::ISpecDetailValue& s) {
     return std::llround(p * 10000.0) % step == 0;
 }
 
-struct SpecCase {
+struct DetailCase {
     tagSymbol symbol;
     float unit;
     double mult;
     double upper, lower;
 };
 
-const SpecCase kSpecs[] = {
-    {{3, "IF2101"}, 0.2f, 300, 5737.8, 4694.6},
-    {{2, "RM705"}, 1.0f, 10, 2464, 2276},
-    {{0, "rb2105"}, 1.0f, 10, 4622, 4182},
-    {{0, "au2106"}, 0.02f, 1000, 419.44, 379.52},
+const DetailCase kDetails[] = {
+    {{3, "IF2101"}, 0.2f, 300, 5737.8, 4694.6},    {{2, "RM705"}, 1.0f, 10, 2464, 2276},
+    {{0, "rb2105"}, 1.0f, 10, 4622, 4182},         {{0, "au2106"}, 0.02f, 1000, 419.44, 379.52},
     {{3, "T2103"}, 0.005f, 10000, 99.575, 95.675},
 };
 
-TEST(SimCatalogue, SpecsAndLimits) {
+TEST(SimCatalogue, DetailsAndLimits) {
     ManualClock clock(localMs(10, 0, 0));
     SimExchange ex(clock, quietOptions());
-    for (const auto& c : kSpecs) {
+    for (const auto& c : kDetails) {
         IModuleFutureTrader::ISpecDetailValue s;
         ASSERT_EQ(ex.GetSymbolProperty(c.symbol, s), 1) << c.symbol.strCode;
         EXPECT_FLOAT_EQ(s.fPriceUnit, c.unit) << c.symbol.strCode;
@@ -214,10 +212,10 @@ struct TriggerCase {
     int type;
     int direction;
     double trigger;
-    double price;                  // 0 = at market
-    std::vector<double> lasts;     // successive last prices
-    int releasedAt;                // index into lasts, -1 = never
-    double fillPrice;              // of the released order
+    double price;               // 0 = at market
+    std::vector<double> lasts;  // successive last prices
+    int releasedAt;             // index into lasts, -1 = never
+    double fillPrice;           // of the released order
 };
 
 const TriggerCase kTriggerCases[] = {

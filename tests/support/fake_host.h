@@ -15,7 +15,7 @@ public:
     std::vector<tagExchangeInfo> exchanges;
     std::map<int, std::vector<tagSymbol>> symbolsByExchange;
     std::map<std::string, IModuleFutureTrader::ITickEx> quotes;  // by code
-    std::map<std::string, IModuleFutureTrader::ISpecDetailValue> specs;
+    std::map<std::string, IModuleFutureTrader::ISpecDetailValue> details;
     std::vector<tagOpenedPosition> positions;
     std::vector<tagBrokerOrder> orders;  // every order of the day (sent ones are appended)
     std::vector<tagTriggerOrder> triggerOrders;
@@ -51,8 +51,8 @@ public:
     }
     int GetSymbolProperty(const tagSymbol& s, IModuleFutureTrader::ISpecDetailValue& v) override {
         calls.push_back("GetSymbolProperty " + s.strCode);
-        auto it = specs.find(s.strCode);
-        if (it == specs.end()) return 0;
+        auto it = details.find(s.strCode);
+        if (it == details.end()) return 0;
         v = it->second;
         return 1;
     }

@@ -1,4 +1,4 @@
-// Builders for the two host records most tests make by hand: a contract's specification and
+// Builders for the two host records most tests make by hand: a contract's details and
 // a market quote. Free of gtest so the benchmarks can use them too.
 #pragma once
 
@@ -8,11 +8,12 @@
 
 #include "host/records.h"
 
-// A contract specification: tick size (price unit), point factor (min move), contract
+// A contract's details: tick size (price unit), point factor (min move), contract
 // multiplier, margin rate and whether the host accepts orders in it.
-inline IModuleFutureTrader::ISpecDetailValue contractSpec(float priceUnit, int minMove,
-                                                          double multiplier, double marginRate = 0,
-                                                          bool tradable = true) {
+inline IModuleFutureTrader::ISpecDetailValue contractDetail(float priceUnit, int minMove,
+                                                            double multiplier,
+                                                            double marginRate = 0,
+                                                            bool tradable = true) {
     IModuleFutureTrader::ISpecDetailValue v;
     v.fPriceUnit = priceUnit;
     v.nMinMove = minMove;

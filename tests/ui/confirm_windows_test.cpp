@@ -50,7 +50,7 @@ class ConfirmWindows : public ::testing::Test {
 protected:
     void SetUp() override {
         testApp();
-        m_host.specs["IF2406"] = contractSpec(0.2f, 1, 300);
+        m_host.details["IF2406"] = contractDetail(0.2f, 1, 300);
         m_host.quotes["IF2406"] = TickBuilder().limits(2700, 3300);
         m_manager.init(0, &m_host, "/nonexistent-root", "u", 0);
         m_manager.setPrompter(&m_prompter);

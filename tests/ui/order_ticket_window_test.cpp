@@ -48,9 +48,9 @@ protected:
         host.accounts = {FakeHost::account("8800123", "9999", "张三")};
         host.exchanges = {{1, "上期所"}, {2, "大商所"}};
         host.symbolsByExchange[1] = {{1, "ag2412"}, {1, "rb2410"}, {1, "cu2409"}};
-        const auto ag = contractSpec(1.0f, 1, 15, 0.12);
-        host.specs["ag2412"] = ag;
-        host.specs["rb2410"] = ag;
+        const auto ag = contractDetail(1.0f, 1, 15, 0.12);
+        host.details["ag2412"] = ag;
+        host.details["rb2410"] = ag;
         host.summaries["8800123"] = tagAccountSummary{"8800123", "9999", 0, 0, 500000};
         tagOpenedPosition p;
         p.strAccountID = "8800123";

@@ -1,4 +1,4 @@
-#include "app/column_spec.h"
+#include "app/column_layout.h"
 
 #include "app/profile_ini.h"
 
@@ -12,15 +12,15 @@ std::string_view trimBlanks(std::string_view s) {
 
 }  // namespace
 
-std::vector<ColumnSpec> parseColumnSpec(std::string_view spec) {
-    std::vector<ColumnSpec> columns;
-    while (!spec.empty()) {
-        const std::size_t semi = spec.find(';');
-        const std::string_view entry = trimBlanks(spec.substr(0, semi));
-        spec = semi == std::string_view::npos ? std::string_view{} : spec.substr(semi + 1);
+std::vector<ColumnDef> parseColumnLayout(std::string_view layout) {
+    std::vector<ColumnDef> columns;
+    while (!layout.empty()) {
+        const std::size_t semi = layout.find(';');
+        const std::string_view entry = trimBlanks(layout.substr(0, semi));
+        layout = semi == std::string_view::npos ? std::string_view{} : layout.substr(semi + 1);
         if (entry.empty()) continue;
 
-        ColumnSpec column;
+        ColumnDef column;
         const std::size_t comma = entry.rfind(',');
         column.title = std::string(trimBlanks(entry.substr(0, comma)));
         int width = 0;
@@ -32,7 +32,7 @@ std::vector<ColumnSpec> parseColumnSpec(std::string_view spec) {
     return columns;
 }
 
-std::string formatColumnSpec(const std::vector<ColumnSpec>& columns) {
+std::string formatColumnLayout(const std::vector<ColumnDef>& columns) {
     std::string out;
     for (const auto& c : columns) {
         for (char ch : c.title) out += ch == ';' ? ' ' : ch;

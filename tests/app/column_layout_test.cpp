@@ -1,14 +1,14 @@
-#include "app/column_spec.h"
+#include "app/column_layout.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-using Columns = std::vector<ColumnSpec>;
+using Columns = std::vector<ColumnDef>;
 
-TEST(ColumnSpec, ParsesEntriesWithOrWithoutTrailingSeparator) {
+TEST(ColumnDef, ParsesEntriesWithOrWithoutTrailingSeparator) {
     struct Case {
-        const char* spec;
+        const char* detail;
         Columns expected;
     } cases[] = {
         {"帐户,80;商品,60;数量,40;价格,80;买卖,36;开平,48;合同号,60;成交号,60;成交时间,80;",
@@ -34,16 +34,16 @@ TEST(ColumnSpec, ParsesEntriesWithOrWithoutTrailingSeparator) {
         {"价格,-5", {{"价格", kDefaultColumnWidth}}},
         {",40", {{"", 40}}},  // a column without a heading is kept
     };
-    for (const auto& c : cases) EXPECT_EQ(parseColumnSpec(c.spec), c.expected) << c.spec;
+    for (const auto& c : cases) EXPECT_EQ(parseColumnLayout(c.detail), c.expected) << c.detail;
 }
 
-TEST(ColumnSpec, FormatIsTheInverse) {
+TEST(ColumnDef, FormatIsTheInverse) {
     const Columns columns = {{"帐号", 120}, {"商品", 80}, {"", 40}, {"a,b", 7}};
-    EXPECT_EQ(formatColumnSpec(columns), "帐号,120;商品,80;,40;a,b,7;");
-    EXPECT_EQ(parseColumnSpec(formatColumnSpec(columns)), columns);
+    EXPECT_EQ(formatColumnLayout(columns), "帐号,120;商品,80;,40;a,b,7;");
+    EXPECT_EQ(parseColumnLayout(formatColumnLayout(columns)), columns);
     // A ';' in a title cannot split the column on the way back.
-    EXPECT_EQ(parseColumnSpec(formatColumnSpec({{"x;y", 30}})), (Columns{{"x y", 30}}));
-    EXPECT_EQ(formatColumnSpec({}), "");
+    EXPECT_EQ(parseColumnLayout(formatColumnLayout({{"x;y", 30}})), (Columns{{"x y", 30}}));
+    EXPECT_EQ(formatColumnLayout({}), "");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Column specifications of the module's report lists: one text of entries "title,width"
+// Column layouts of the module's report lists: one text of entries "title,width"
 // separated by ";", the width in dialog pixels, e.g. "帐号,120;商品,80;数量,60", with or
 // without a trailing ";".
 //
@@ -17,17 +17,17 @@
 #include <string_view>
 #include <vector>
 
-struct ColumnSpec {
+struct ColumnDef {
     std::string title;
     int width = 0;
 
-    friend bool operator==(const ColumnSpec&, const ColumnSpec&) = default;
+    friend bool operator==(const ColumnDef&, const ColumnDef&) = default;
 };
 
 inline constexpr int kDefaultColumnWidth = 60;
 
-std::vector<ColumnSpec> parseColumnSpec(std::string_view spec);
+std::vector<ColumnDef> parseColumnLayout(std::string_view layout);
 
 // The inverse: every entry followed by ";". A ";" inside a title would split the column in
 // two on the way back, so it is written as a blank.
-std::string formatColumnSpec(const std::vector<ColumnSpec>& columns);
+std::string formatColumnLayout(const std::vector<ColumnDef>& columns);
