@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <tuple>
 
 #include "app/helmsman_manage.h"
 #include "support/fake_host.h"
@@ -13,64 +14,42 @@ class ManagerTest : public testing::Test {
 protected:
     void SetUp() override {
         manager.setUi(&ui);
-        manager.setPrompter(&prompter);
         manager.init(7, &host, m_root.string(), "trader", 42);
     }
 
-    void showFills(bool on) {
-        HelmsmanSettings s = manager.settings();
-        s.bShowFilledOrder = on;
-        manager.saveSettings(s);
-    }
-
-    static tagBrokerOrder order(double volume, std::string remark = "") {
+    static tagBrokerOrder order(double volume, std::string code = "IF2101") {
         tagBrokerOrder o;
         o.strAccountID = "880001";
-        o.strCode = "IF2101";
+        o.strCode = std::move(code);
         o.nDirection = kDirBuy;
         o.dVolume = volume;
         o.dPrice = 5000;
-        o.strRemark = std::move(remark);
         return o;
+    }
+    static std::string codes(const std::vector<tagBrokerOrder>& orders) {
+        std::string out;
+        for (const auto& o : orders) out += o.strCode + " ";
+        return out;
     }
 
     TempDir m_root{"helmsman_mgr"};
     FakeHost host;
     ScriptedUi ui;
-    ScriptedPrompter prompter;
     CHelmsmanManage manager;
 };
 
-TEST_F(ManagerTest, InitKeepsWhatTheHostHandedOver) {
-    EXPECT_EQ(manager.facade(), &host);
-    EXPECT_EQ(manager.parentWnd(), 7u);
-    EXPECT_EQ(manager.hostValue(), 42u);
-    EXPECT_EQ(manager.rootDir(), m_root.string());
-    EXPECT_EQ(manager.userName(), "trader");
-    EXPECT_EQ(std::filesystem::path(manager.userDir()), m_root / "user" / "trader");
+TEST_F(ManagerTest, InitFormsTheUserDirectoryAndStartsFromDefaults) {
     EXPECT_EQ(manager.profilePath(), m_root / "user" / "trader" / "Profile.ini");
-    EXPECT_EQ(manager.settings(), HelmsmanSettings{});  // no file yet: every default
-}
-
-TEST_F(ManagerTest, RegistrationKeepsOrderAndDuplicates) {
-    manager.registerWindow(5);
-    manager.registerWindow(6);
-    manager.registerWindow(5);
-    manager.registerWindow(7);
-    EXPECT_EQ(manager.registeredWindows(), (std::vector<WndHandle>{5, 6, 5, 7}));
-    manager.unregisterWindow(5);  // only the first equal handle goes
-    EXPECT_EQ(manager.registeredWindows(), (std::vector<WndHandle>{6, 5, 7}));
-    manager.unregisterWindow(99);  // not there: nothing changes
-    EXPECT_EQ(manager.registeredWindows(), (std::vector<WndHandle>{6, 5, 7}));
+    EXPECT_EQ(manager.settings(), HelmsmanSettings{});  // no file yet
 }
 
 TEST_F(ManagerTest, EventsReachRegisteredWindowsInOrderAsMessage2070) {
     std::vector<std::string> log;
     RecordingTarget a, b, unregistered;
-    a.name = "a";
-    b.name = "b";
-    unregistered.name = "u";
-    a.sharedLog = b.sharedLog = unregistered.sharedLog = &log;
+    for (auto [t, name] : {std::pair{&a, "a"}, {&b, "b"}, {&unregistered, "u"}}) {
+        t->name = name;
+        t->sharedLog = &log;
+    }
     WndHandle ha = manager.createHandle(&a), hb = manager.createHandle(&b);
     manager.createHandle(&unregistered);
     manager.registerWindow(hb);
@@ -105,7 +84,9 @@ TEST_F(ManagerTest, FillsGoOnlyToTheFillNotice) {
     EXPECT_TRUE(ui.noticeShows.empty());
     EXPECT_TRUE(manager.noticeFills().empty());
 
-    showFills(true);
+    HelmsmanSettings s = manager.settings();
+    s.bShowFilledOrder = 1;
+    manager.saveSettings(s);
     manager.dataChange(4, 0);  // null data shows nothing
     EXPECT_TRUE(ui.noticeShows.empty());
     for (const char* no : {"1", "2", "3"}) {
@@ -140,7 +121,13 @@ TEST_F(ManagerTest, AHandlerThatUnregistersItselfDoesNotDisturbTheOthers) {
     EXPECT_EQ(after.received.size(), 2u);
 }
 
-TEST_F(ManagerTest, MessagesToHandles) {
+TEST_F(ManagerTest, HandlesAndRegistration) {
+    for (WndHandle h : {5, 6, 5, 7}) manager.registerWindow(h);
+    manager.unregisterWindow(5);   // only the first equal handle goes
+    manager.unregisterWindow(99);  // not there: nothing changes
+    EXPECT_EQ(manager.registeredWindows(), (std::vector<WndHandle>{6, 5, 7}));
+    for (WndHandle h : {6, 5, 7}) manager.unregisterWindow(h);
+
     RecordingTarget t;
     t.result = 17;
     WndHandle h = manager.createHandle(&t, 25001);
@@ -156,33 +143,31 @@ TEST_F(ManagerTest, MessagesToHandles) {
 }
 
 TEST_F(ManagerTest, SingleSubmission) {
-    struct Case {
-        const char* name;
-        bool confirm;
-        bool accept;
-        std::string remark;
-        int expectResult;
-        size_t expectSent;
-        size_t expectConfirms;
-        std::string expectRemark;
+    struct {
+        bool confirm, accept;
+        const char* remark;
+        int result;
+        std::size_t sent, confirms;
+        const char* carried;  // an empty remark becomes the caller's name
     } cases[] = {
-        {"direct", false, true, "", 1, 1, 0, "舵手"},
-        {"direct keeps remark", false, true, "h|1|te|2", 1, 1, 0, "h|1|te|2"},
-        {"confirmed", true, true, "", 1, 1, 1, "舵手"},
-        {"cancelled", true, false, "", 0, 0, 1, "舵手"},
+        {false, true, "", 1, 1, 0, "舵手"},
+        {false, true, "h|1|te|2", 1, 1, 0, "h|1|te|2"},
+        {true, true, "", 1, 1, 1, "舵手"},
+        {true, false, "", 0, 0, 1, "舵手"},  // cancelled: nothing sent
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+        SCOPED_TRACE(testing::Message() << c.confirm << c.accept << c.remark);
         host.sent.clear();
         ui.confirmed.clear();
         ui.acceptConfirm = c.accept;
-        tagBrokerOrder o = order(1, c.remark);
-        EXPECT_EQ(manager.submitOrder(o, c.confirm, "舵手", nullptr), c.expectResult);
-        EXPECT_EQ(host.sent.size(), c.expectSent);
-        EXPECT_EQ(ui.confirmed.size(), c.expectConfirms);
-        EXPECT_EQ(o.strRemark, c.expectRemark);
-        if (!ui.confirmed.empty()) EXPECT_EQ(ui.confirmed[0].strRemark, c.expectRemark);
-        if (!host.sent.empty()) EXPECT_EQ(host.sent[0].strRemark, c.expectRemark);
+        tagBrokerOrder o = order(1);
+        o.strRemark = c.remark;
+        EXPECT_EQ(manager.submitOrder(o, c.confirm, "舵手", nullptr), c.result);
+        EXPECT_EQ(host.sent.size(), c.sent);
+        EXPECT_EQ(ui.confirmed.size(), c.confirms);
+        EXPECT_EQ(o.strRemark, c.carried);
+        if (!ui.confirmed.empty()) EXPECT_EQ(ui.confirmed[0].strRemark, c.carried);
+        if (!host.sent.empty()) EXPECT_EQ(host.sent[0].strRemark, c.carried);
     }
     // A direct submission answers with the host's own result.
     host.sendOrderResult = 0;
@@ -193,25 +178,16 @@ TEST_F(ManagerTest, SingleSubmission) {
 TEST_F(ManagerTest, AlgoThresholdRoutesLargeOrders) {
     tagAlgoSetting algo;
     algo.nBaseLine = 10;
-    struct {
-        double volume;
-        bool toAlgo;
-    } cases[] = {{9, false}, {9.99, false}, {10, true}, {11, true}};
-    for (auto c : cases) {
+    const std::tuple<double, const tagAlgoSetting*, bool> cases[] = {
+        {9.99, &algo, false}, {10, &algo, true}, {500, nullptr, false}};  // no block: never
+    for (auto [volume, block, toAlgo] : cases) {
         host.sent.clear();
         ui.toAlgo.clear();
-        tagBrokerOrder o = order(c.volume);
-        manager.submitOrder(o, false, "舵手", &algo);
-        EXPECT_EQ(ui.toAlgo.size(), c.toAlgo ? 1u : 0u) << c.volume;
-        EXPECT_EQ(host.sent.size(), c.toAlgo ? 0u : 1u) << c.volume;
+        tagBrokerOrder o = order(volume);
+        manager.submitOrder(o, false, "舵手", block);
+        EXPECT_EQ(ui.toAlgo.size(), toAlgo ? 1u : 0u) << volume;
+        EXPECT_EQ(host.sent.size(), toAlgo ? 0u : 1u) << volume;
     }
-    // Without a block nothing is routed, however large.
-    host.sent.clear();
-    ui.toAlgo.clear();
-    tagBrokerOrder big = order(500);
-    manager.submitOrder(big, false, "舵手", nullptr);
-    EXPECT_EQ(host.sent.size(), 1u);
-    EXPECT_TRUE(ui.toAlgo.empty());
     // No algo centre to take it: nothing reaches the exchange either.
     ui.algoCentreAvailable = false;
     host.sent.clear();
@@ -224,23 +200,16 @@ TEST_F(ManagerTest, BatchKeepsArrayOrderAndSplitsByThreshold) {
     tagAlgoSetting algo;
     algo.nBaseLine = 5;
     std::vector<tagBrokerOrder> batch;
-    for (double v : {1.0, 7.0, 2.0, 5.0, 3.0}) {
-        batch.push_back(order(v));
-        batch.back().strCode = "C" + std::to_string(static_cast<int>(v));
-    }
+    for (double v : {1.0, 7.0, 2.0, 5.0, 3.0})
+        batch.push_back(order(v, "C" + std::to_string(static_cast<int>(v))));
     batch[2].strRemark = "own";
     EXPECT_EQ(manager.submitBatch(batch, false, "批量", &algo), 1);
-    ASSERT_EQ(host.sent.size(), 3u);
-    EXPECT_EQ(host.sent[0].strCode, "C1");
-    EXPECT_EQ(host.sent[1].strCode, "C2");
-    EXPECT_EQ(host.sent[2].strCode, "C3");
-    EXPECT_EQ(host.sent[1].strRemark, "own");
-    EXPECT_EQ(host.sent[0].strRemark, "批量");
+    EXPECT_EQ(codes(host.sent), "C1 C2 C3 ");
+    EXPECT_EQ(host.sent.at(0).strRemark, "批量");
+    EXPECT_EQ(host.sent.at(1).strRemark, "own");
     // The large ones go to the centre in one hand-over, in array order.
     EXPECT_EQ(ui.log.back(), "handToAlgoCentre 2");
-    ASSERT_EQ(ui.toAlgo.size(), 2u);
-    EXPECT_EQ(ui.toAlgo[0].strCode, "C7");
-    EXPECT_EQ(ui.toAlgo[1].strCode, "C5");
+    EXPECT_EQ(codes(ui.toAlgo), "C7 C5 ");
 }
 
 TEST_F(ManagerTest, ConfirmedBatchSendsTheEditedOrders) {
@@ -259,23 +228,18 @@ TEST_F(ManagerTest, ConfirmedBatchSendsTheEditedOrders) {
 TEST_F(ManagerTest, SaveKeepsTheNeverWrittenKeysInMemory) {
     writeFileBytes(manager.profilePath(), "[Helmsman]\r\nbAutoKP=1\r\nnMinAutoKPPos=0\r\n");
     manager.loadSettings();
-    EXPECT_EQ(manager.settings().bAutoKP, 1);
     HelmsmanSettings s = manager.settings();
+    EXPECT_EQ(s.bAutoKP, 1);
     s.bAutoKP = 0;
     s.nMinAutoKPPos = 5;
     s.dDefaultVolume = 3;
     manager.saveSettings(s);
-    EXPECT_EQ(manager.settings().bAutoKP, 1);
-    EXPECT_EQ(manager.settings().nMinAutoKPPos, 0);
-    EXPECT_EQ(manager.settings().dDefaultVolume, 3);
-    manager.loadSettings();
-    EXPECT_EQ(manager.settings().dDefaultVolume, 3);
-    EXPECT_EQ(manager.settings().bAutoKP, 1);
-}
-
-TEST(ManagerMap, KeyFormat) {
-    EXPECT_EQ(CHelmsmanManage::mapKey(3, "IF2101"), "3|IF2101");
-    EXPECT_EQ(CHelmsmanManage::mapKey(-1, ""), "-1|");
+    for (int reload : {0, 1}) {
+        if (reload) manager.loadSettings();
+        EXPECT_EQ(manager.settings().bAutoKP, 1) << reload;
+        EXPECT_EQ(manager.settings().nMinAutoKPPos, 0) << reload;
+        EXPECT_EQ(manager.settings().dDefaultVolume, 3) << reload;
+    }
 }
 
 }  // namespace

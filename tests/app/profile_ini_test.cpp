@@ -28,140 +28,64 @@ protected:
     fs::path m_file = m_dir / "Profile.ini";
 };
 
-const char* const kReadFile =
-    "; leading comment\r\n"
-    "[Main]\r\n"
-    "  Name =  Alice  \r\n"
-    "quoted=\"  hi  \"\r\n"
-    "single='x'\r\n"
-    "mixed=\"abc'\r\n"
-    "Empty=\r\n"
-    "name=second\r\n"
-    "Int1=2.5\r\n"
-    "Int2=12abc\r\n"
-    "Int3=abc\r\n"
-    "Int4=-7x\r\n"
-    "Int5=+3\r\n"
-    "Int6=\t42\t\r\n"
-    "Big=99999999999\r\n"
-    "Neg=-99999999999\r\n"
-    "Q='5'\r\n"
-    "#hash=1\r\n"
-    ";semi=1\r\n"
-    "just text\r\n"
-    "=orphan\r\n"
-    "[ main ]\r\n"
-    "OnlyInSecond=1\r\n"
-    "[Other]\r\n"
-    "Name=Bob\r\n";
-
-TEST_F(ProfileIniTest, StringReadsFollowThePlatformRules) {
-    put(kReadFile);
+// Names match case-insensitively with blanks trimmed and the first key wins; one pair of
+// matching quotes is stripped (blanks inside kept), unmatched ones stay; an empty value is
+// empty, not the default; a repeated section and comment lines are never consulted.
+TEST_F(ProfileIniTest, ReadsFollowThePlatformRules) {
+    put("; leading comment\r\n[Main]\r\n  Name =  Alice  \r\nquoted=\"  hi  \"\r\nsingle='x'\r\n"
+        "mixed=\"abc'\r\nEmpty=\r\nname=second\r\nInt=2.5\r\nQ='5'\r\n#hash=1\r\n"
+        ";semi=1\r\njust text\r\n=orphan\r\n[ main ]\r\nOnlyInSecond=1\r\n[Other]\r\nName=Bob\r\n");
     const CProfileIni ini(m_file);
     ASSERT_EQ(ini.loadResult(), CProfileIni::LoadResult::Loaded);
-    struct Case {
-        const char* section;
-        const char* key;
-        const char* expected;
-    } cases[] = {
-        {"MAIN", "NAME", "Alice"},     // case-insensitive, blanks trimmed, first key wins
-        {"Main", "quoted", "  hi  "},  // quotes stripped, blanks inside them kept
-        {"Main", "single", "x"},
-        {"Main", "mixed", "\"abc'"},  // unmatched quotes stay
-        {"Main", "Empty", ""},        // present but empty: empty, not the default
-        {"Main", "absent", "def"},
-        {"Main", "OnlyInSecond", "def"},  // a repeated section is
-                                          // never consulted
-        {"Main", "hash", "def"},          // comment lines are not keys
-        {"Main", "#hash", "def"},
-        {"Main", "just text", "def"},
-        {"Other", "name", "Bob"},
-        {"Missing", "Name", "def"},
+    const std::tuple<const char*, const char*, const char*> strings[] = {
+        {"MAIN", "NAME", "Alice"},    {"Main", "quoted", "  hi  "}, {"Main", "single", "x"},
+        {"Main", "mixed", "\"abc'"},  {"Main", "Empty", ""},        {"Main", "OnlyInSecond", "def"},
+        {"Main", "hash", "def"},      {"Main", "#hash", "def"},     {"Main", ";semi", "def"},
+        {"Main", "just text", "def"}, {"Other", "name", "Bob"},     {"Missing", "Name", "def"},
         {" main ", "name", "Alice"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(ini.getString(c.section, c.key, "def"), c.expected) << c.section << "/" << c.key;
-}
-
-TEST_F(ProfileIniTest, IntegerReadsTakeTheLeadingInteger) {
-    put(kReadFile);
-    const CProfileIni ini(m_file);
-    struct Case {
-        const char* key;
-        std::int32_t expected;
-    } cases[] = {
-        {"Int1", 2}, {"Int2", 12}, {"Int3", 0},        {"Int4", -7},
-        {"Int5", 3}, {"Int6", 42}, {"Big", INT32_MAX}, {"Neg", INT32_MIN},
-        {"Q", 5},    {"Empty", 9}, {"absent", 9},      {"Name", 0},
-    };
-    for (const auto& c : cases) EXPECT_EQ(ini.getInt("main", c.key, 9), c.expected) << c.key;
-    EXPECT_EQ(ini.getInt("nowhere", "Int1", -4), -4);
+    for (auto [section, key, want] : strings)
+        EXPECT_EQ(ini.getString(section, key, "def"), want) << section << "/" << key;
+    const std::pair<const char*, std::int32_t> ints[] = {
+        {"Int", 2}, {"Q", 5}, {"Empty", 9}, {"absent", 9}, {"Name", 0}};
+    for (auto [key, want] : ints) EXPECT_EQ(ini.getInt("main", key, 9), want) << key;
+    EXPECT_EQ(ini.getInt("nowhere", "Int", -4), -4);
 }
 
 TEST(ParseLeadingInt, EdgesAndSaturation) {
-    struct Case {
-        const char* text;
-        std::optional<std::int32_t> expected;
-    } cases[] = {
-        {"", std::nullopt},
-        {"-", std::nullopt},
-        {"+", std::nullopt},
-        {"x1", std::nullopt},
-        {"- 1", std::nullopt},
-        {"  7", 7},
-        {"007", 7},
-        {"2147483647", INT32_MAX},
-        {"2147483648", INT32_MAX},
-        {"-2147483648", INT32_MIN},
-        {"-2147483649", INT32_MIN},
-        {"123456789012345678901234567890", INT32_MAX},
-    };
-    for (const auto& c : cases) EXPECT_EQ(parseLeadingInt(c.text), c.expected) << c.text;
+    for (const char* text : {"", "-", "+", "x1", "- 1"})
+        EXPECT_EQ(parseLeadingInt(text), std::nullopt) << text;
+    const std::pair<const char*, std::int32_t> cases[] = {
+        {" \t7\t", 7}, {"007", 7}, {"+3", 3}, {"-7x", -7}, {"12abc", 12}};
+    for (auto [text, want] : cases) EXPECT_EQ(parseLeadingInt(text), want) << text;
+    for (const char* text : {"2147483647", "2147483648", "123456789012345678901234567890"})
+        EXPECT_EQ(parseLeadingInt(text), INT32_MAX) << text;
+    for (const char* text : {"-2147483648", "-2147483649"})
+        EXPECT_EQ(parseLeadingInt(text), INT32_MIN) << text;
 }
 
 TEST_F(ProfileIniTest, StringReadsAreCutToTheBufferSizeOnCharacterBoundaries) {
     put("[S]\r\nv=abcdef\r\nzh=\xD6\xD0\xCE\xC4\xD7\xD6\r\nlong="  // zh: 中文字 in GBK
         + std::string(300, 'x') + "\r\n");
     const CProfileIni ini(m_file);
-    struct Case {
-        const char* key;
-        std::size_t size;
-        std::string expected;
-    } cases[] = {
+    const std::tuple<const char*, std::size_t, std::string> cases[] = {
         {"v", 4, "abc"},
         {"v", 7, "abcdef"},
-        {"v", 1, ""},
         {"v", 0, ""},
         {"zh", 5, "中"},  // 4 bytes allowed: the second character does not fit whole
         {"zh", 7, "中文"},
-        {"zh", 3, ""},
         {"long", kProfileStringSize, std::string(259, 'x')},
         {"absent", 3, "de"},  // the default is cut the same way
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(ini.getString("S", c.key, "default", c.size), c.expected) << c.key << c.size;
+    for (const auto& [key, size, want] : cases)
+        EXPECT_EQ(ini.getString("S", key, "default", size), want) << key << size;
 }
 
 TEST_F(ProfileIniTest, WriteReplacesInPlaceKeepingEverythingElse) {
-    put("; top\r\n"
-        "[Main]\r\n"
-        "# about KeY\r\n"
-        "  KeY =  old value\r\n"
-        "\r\n"
-        "other=1\r\n"
-        "key=duplicate\r\n"
-        "[Next]\r\n"
-        "key=untouched\r\n");
+    const std::string rest = "\r\nother=1\r\nkey=duplicate\r\n[Next]\r\nkey=untouched\r\n";
+    put("; top\r\n[Main]\r\n# about KeY\r\n  KeY =  old value\r\n" + rest);
     EXPECT_EQ(writeAndSave("main", "KEY", "new"),
-              "; top\r\n"
-              "[Main]\r\n"
-              "# about KeY\r\n"
-              "  KeY =  new\r\n"
-              "\r\n"
-              "other=1\r\n"
-              "key=duplicate\r\n"
-              "[Next]\r\n"
-              "key=untouched\r\n");
+              "; top\r\n[Main]\r\n# about KeY\r\n  KeY =  new\r\n" + rest);
     EXPECT_EQ(profileGetString(m_file, "Main", "key"), "new");
 }
 
@@ -183,7 +107,6 @@ TEST_F(ProfileIniTest, NewKeysAndSectionsGoAtTheEnd) {
          "[B]\r\ny=2\r\n\r\n[A]\r\nk=v\r\n"},
         {"LF files stay LF", "[B]\ny=2\n", "A", "[B]\ny=2\n[A]\nk=v\n"},
         {"no final line end: the last line gets one", "[A]\nx=1", "A", "[A]\nx=1\nk=v\n"},
-        {"no final line end, new section", "[B]\ny=2", "A", "[B]\ny=2\n[A]\nk=v\n"},
         {"empty file gets CRLF", "", "A", "[A]\r\nk=v\r\n"},
         {"the first of repeated sections", "[A]\r\nx=1\r\n[a]\r\nk=old\r\n", "A",
          "[A]\r\nx=1\r\nk=v\r\n[a]\r\nk=old\r\n"},
@@ -201,73 +124,54 @@ TEST_F(ProfileIniTest, WrittenTextCannotCreateLinesOrSections) {
     EXPECT_TRUE(ini.writeString("A", "k2\n[evil2]", "v"));
     EXPECT_TRUE(ini.writeString("A", "nul", std::string("a\0b", 3)));
     ASSERT_TRUE(ini.save());
-
+    EXPECT_EQ(disk(), "[A]\r\nx=1\r\nk=a  [evil]  x=2\r\nk2 [evil2]=v\r\nnul=a b\r\n");
     const CProfileIni back(m_file);
     EXPECT_EQ(back.sectionNames(), std::vector<std::string>{"A"});
-    EXPECT_EQ(back.getString("A", "k"), "a  [evil]  x=2");
-    EXPECT_EQ(back.getInt("A", "x", 0), 1);
     EXPECT_EQ(back.getString("A", "k2 [evil2]"), "v");
-    EXPECT_EQ(back.getString("A", "nul"), "a b");
-    EXPECT_EQ(disk(), "[A]\r\nx=1\r\nk=a  [evil]  x=2\r\nk2 [evil2]=v\r\nnul=a b\r\n");
 }
 
 TEST_F(ProfileIniTest, RefusedNamesChangeNothing) {
     const std::string before = "[A]\r\nx=1\r\n";
     put(before);
-    struct Case {
-        const char* section;
-        const char* key;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"A", "a=b"}, {"A", "[x"},  {"A", ""}, {"A", "  "},    {"A", ";c"},
         {"A", "#c"},  {"a]b", "k"}, {"", "k"}, {" \r\n", "k"},
     };
     CProfileIni ini(m_file);
-    for (const auto& c : cases)
-        EXPECT_FALSE(ini.writeString(c.section, c.key, "v")) << c.section << "/" << c.key;
+    for (auto [section, key] : cases)
+        EXPECT_FALSE(ini.writeString(section, key, "v")) << section << "/" << key;
     EXPECT_EQ(ini.bytes(), before);
     EXPECT_FALSE(profileWriteString(m_file, "A", "a=b", "v"));
     EXPECT_EQ(disk(), before);
 }
 
-TEST_F(ProfileIniTest, GarbageBytesLoadWhatTheyCanAndSurviveASave) {
+// Undecodable bytes, NUL bytes and a 1 MB line: what can be read is, and a save keeps the
+// rest byte for byte.
+TEST_F(ProfileIniTest, GarbageAndHugeLinesLoadWhatTheyCanAndSurviveASave) {
     std::mt19937 rng(7);
     std::string garbage;
     for (int i = 0; i < 4096; ++i) garbage += static_cast<char>(rng() & 0xFF);
-    garbage += '\0';
-    garbage += "\xFF\xFE[\x81]\r\n";
-    put(garbage + "\n[S]\r\nk=5\r\n");
+    garbage += std::string(1, '\0') + "\xFF\xFE[\x81]\r\n";
+    const std::string longValue(1 << 20, 'x');
+    put(garbage + "\n[S]\r\nlong=" + longValue + "\r\nn" + std::string(1, '\0') +
+        "ul=1\r\nk=5\r\n");
 
     CProfileIni ini(m_file);
     EXPECT_EQ(ini.getInt("S", "k", 0), 5);
+    EXPECT_EQ(ini.getString("S", "long", "", longValue.size() + 1), longValue);
     EXPECT_TRUE(ini.writeString("S", "k", "6"));
     ASSERT_TRUE(ini.save());
-    const std::string after = disk();
-    EXPECT_EQ(after.substr(0, garbage.size()), garbage);  // undecodable bytes kept exactly
+    EXPECT_EQ(disk().substr(0, garbage.size()), garbage);
     EXPECT_EQ(profileGetInt(m_file, "S", "k", 0), 6);
-}
-
-TEST_F(ProfileIniTest, VeryLongLinesAndNulBytes) {
-    const std::string longValue(1 << 20, 'x');
-    put("[S]\r\nlong=" + longValue + "\r\nn" + std::string(1, '\0') + "ul=1\r\nk=7\r\n");
-    CProfileIni ini(m_file);
-    EXPECT_EQ(ini.getInt("S", "k", 0), 7);
-    EXPECT_EQ(ini.getString("S", "long"), std::string(259, 'x'));
-    EXPECT_EQ(ini.getString("S", "long", "", longValue.size() + 1), longValue);
-    EXPECT_TRUE(ini.writeString("S", "k", "8"));
-    ASSERT_TRUE(ini.save());
     EXPECT_EQ(profileGetString(m_file, "S", "long", "", longValue.size() + 1), longValue);
-    EXPECT_EQ(profileGetInt(m_file, "S", "k", 0), 8);
 }
 
 TEST_F(ProfileIniTest, MissingFilesAndDirectories) {
     const fs::path missing = m_dir / "no" / "such" / "dir" / "Profile.ini";
     CProfileIni ini(missing);
     EXPECT_EQ(ini.loadResult(), CProfileIni::LoadResult::Missing);
-    EXPECT_EQ(ini.getInt("S", "k", 3), 3);
     EXPECT_EQ(ini.getString("S", "k", "d"), "d");
-    EXPECT_FALSE(ini.hasSection("S"));
-
-    // Writing creates the file and its directories, and the result reads back.
+    // Writing creates the file and its directories.
     EXPECT_TRUE(profileWriteString(missing, "S", "k", "42"));
     EXPECT_EQ(profileGetInt(missing, "S", "k", 0), 42);
 
@@ -276,7 +180,6 @@ TEST_F(ProfileIniTest, MissingFilesAndDirectories) {
     fs::create_directories(dir / "inside");
     CProfileIni d(dir);
     EXPECT_EQ(d.loadResult(), CProfileIni::LoadResult::Unreadable);
-    EXPECT_EQ(d.getInt("S", "k", 3), 3);
     EXPECT_FALSE(profileWriteString(dir, "S", "k", "1"));
     EXPECT_TRUE(fs::is_directory(dir / "inside"));
     EXPECT_FALSE(fs::exists(m_dir / "adir.new"));
@@ -288,19 +191,15 @@ TEST_F(ProfileIniTest, GbkOnDiskUtf8InMemory) {
     EXPECT_EQ(disk(),
               "[Helmsman]\r\nstrAccountName=\xC4\xA3\xC4\xE2\xD5\xCB\xBB\xA7\r\n"
               "[\xD6\xD0]\r\n\xBC\xFC=\xD6\xD0\xCE\xC4\r\n");
-    EXPECT_EQ(profileGetString(m_file, "Helmsman", "strAccountName"), "模拟账户");
     EXPECT_EQ(profileGetString(m_file, "中", "键"), "中文");
 
-    // 乚 is 0x81 0x5D in GBK: its second byte looks like ']' and must not end the name.
-    put("[\x81\x5D\xD6\xD0]\r\nk=1\r\n");
-    EXPECT_EQ(profileGetInt(m_file, "乚中", "k", 0), 1);
-}
-
-TEST_F(ProfileIniTest, ByteOrderMarkAndCaseOfNonAsciiNames) {
-    put("\xEF\xBB\xBF[A]\r\nk=1\r\n[\xD6\xD0X]\r\nk=2\r\n");
+    // 乚 is 0x81 0x5D in GBK: its second byte looks like ']' and must not end the name. A
+    // byte-order mark is skipped; ASCII folds case, the Chinese bytes match exactly.
+    put("\xEF\xBB\xBF[A]\r\nk=1\r\n[\x81\x5D\xD6\xD0]\r\nk=2\r\n[\xD6\xD0X]\r\nk=3\r\n");
     const CProfileIni ini(m_file);
     EXPECT_EQ(ini.getInt("a", "K", 0), 1);
-    EXPECT_EQ(ini.getInt("中x", "k", 0), 2);  // ASCII folds, the Chinese bytes match exactly
+    EXPECT_EQ(ini.getInt("乚中", "k", 0), 2);
+    EXPECT_EQ(ini.getInt("中x", "k", 0), 3);
     EXPECT_EQ(ini.getInt("文x", "k", 0), 0);
 }
 
@@ -311,7 +210,6 @@ TEST_F(ProfileIniTest, ListingAndRemoving) {
     EXPECT_EQ(ini.keys("a"), (std::vector<std::string>{"x", "Y"}));
     EXPECT_TRUE(ini.removeKey("A", "y"));
     EXPECT_FALSE(ini.removeKey("A", "y"));
-    EXPECT_EQ(ini.bytes(), "[A]\r\nx=1\r\n; c\r\nx=3\r\n[B]\r\nz=1\r\n[a]\r\nw=1\r\n");
     EXPECT_TRUE(ini.removeSection("b"));
     EXPECT_FALSE(ini.removeSection("nope"));
     EXPECT_EQ(ini.bytes(), "[A]\r\nx=1\r\n; c\r\nx=3\r\n[a]\r\nw=1\r\n");

@@ -1,6 +1,7 @@
+#include "app/trade_option.h"
+
 #include <gtest/gtest.h>
 
-#include "app/trade_option.h"
 #include "support/fake_host.h"
 
 namespace {
@@ -17,7 +18,6 @@ TEST(TradeOptionFill, SelectsTheSavedAccountAndShowsTheRecord) {
     HelmsmanSettings s;
     s.strAccountID = "880002";
     s.strAccountName = "模拟二";
-    s.bUserDefaultAcct = 0;
     s.dDefaultVolume = 3;
     s.bUseSingleLimit = 1;
     s.dMaxSingleLimitVol = 50;
@@ -26,11 +26,10 @@ TEST(TradeOptionFill, SelectsTheSavedAccountAndShowsTheRecord) {
     EXPECT_EQ(page.accountItems, (std::vector<std::string>{"880001(模拟一)", "880002(模拟二)"}));
     EXPECT_EQ(page.accountIndex, 1);
     EXPECT_FALSE(page.accountListEnabled());
-    EXPECT_TRUE(page.useDefaultVolume);
-    EXPECT_EQ(page.defaultVolumeText, "3");
     EXPECT_TRUE(page.defaultVolumeEnabled());
-    EXPECT_EQ(page.maxSingleText, "50");
+    EXPECT_EQ(page.defaultVolumeText, "3");
     EXPECT_TRUE(page.maxSingleEnabled());
+    EXPECT_EQ(page.maxSingleText, "50");
     EXPECT_TRUE(page.showFilled);
     EXPECT_TRUE(page.showNormalConfirm);  // the default is on
 
@@ -39,7 +38,6 @@ TEST(TradeOptionFill, SelectsTheSavedAccountAndShowsTheRecord) {
     s.bUseSingleLimit = 0;
     page = CTradeOption::fill(s, &host);
     EXPECT_EQ(page.accountIndex, -1);
-    EXPECT_FALSE(page.useDefaultVolume);
     EXPECT_FALSE(page.defaultVolumeEnabled());
     EXPECT_FALSE(page.maxSingleEnabled());
 }
@@ -62,20 +60,16 @@ TEST(TradeOptionAccept, TakesTheChosenAccountAndTheNumbers) {
     EXPECT_EQ(s.strBrokerID, "8888");
     EXPECT_EQ(s.nAccountType, 2);
     EXPECT_EQ(s.bSaveVolume, 0);
-    EXPECT_DOUBLE_EQ(s.dDefaultVolume, 2.5);  // written with "%.f", whole after a reload
+    EXPECT_DOUBLE_EQ(s.dDefaultVolume, 2.5);    // written with "%.f", whole after a reload
     EXPECT_DOUBLE_EQ(s.dMaxSingleLimitVol, 0);  // not a number: 0, even with the cap off
     EXPECT_EQ(s.bAutoKP, 1);                    // keys the page does not show are kept
     EXPECT_EQ(s.szSymbolCode, "IF2101");
-}
 
-TEST(TradeOptionAccept, SavingLastVolumeKeepsTheDefault) {
-    FakeHost host = twoAccounts();
-    HelmsmanSettings current;
+    // Saving the last volume instead keeps the stored default, whatever the box says.
     current.dDefaultVolume = 4;
-    TradeOptionState page = CTradeOption::fill(current, &host);
     page.useDefaultVolume = false;
     page.defaultVolumeText = "9";
-    HelmsmanSettings s = CTradeOption::accept(page, current, &host);
+    s = CTradeOption::accept(page, current, &host);
     EXPECT_EQ(s.bSaveVolume, 1);
     EXPECT_DOUBLE_EQ(s.dDefaultVolume, 4);
 }
@@ -97,8 +91,6 @@ TEST(TradeOptionNumbers, DecimalReading) {
     const std::pair<const char*, double> cases[] = {
         {"3", 3}, {"2.5", 2.5}, {" 7", 7}, {"12abc", 12}, {"abc", 0}, {"", 0}, {"-1", -1}};
     for (auto [text, v] : cases) EXPECT_DOUBLE_EQ(CTradeOption::readNumber(text), v) << text;
-    EXPECT_EQ(CTradeOption::formatWhole(2.0), "2");
-    EXPECT_EQ(CTradeOption::formatWhole(0), "0");
 }
 
 }  // namespace

@@ -1,113 +1,80 @@
+#include "host/price.h"
+
 #include <gtest/gtest.h>
 
-#include "host/price.h"
+#include <tuple>
 
 namespace {
 
-struct RoundCase {
-    double in;
-    std::int32_t minMove;
-    float unit;
-    double buy;
-    double sell;
-};
-
 // Hand-computed: buys go up to the grid, sells down; a price already on the grid stays.
-const RoundCase kRoundCases[] = {
-    {3001.3, 1, 0.2f, 3001.4, 3001.2},    // the classic IF case
-    {3001.4, 1, 0.2f, 3001.4, 3001.4},    // already on the grid (0.2 is not exact in binary)
-    {3001.2, 1, 0.2f, 3001.2, 3001.2},
-    {4998.6, 1, 0.2f, 4998.6, 4998.6},
-    {2345.0, 1, 1.0f, 2345.0, 2345.0},
-    {2345.5, 1, 1.0f, 2346.0, 2345.0},
-    {2345.01, 1, 1.0f, 2346.0, 2345.0},
-    {3500.0, 1, 5.0f, 3500.0, 3500.0},    // a 5-point grid
-    {3501.0, 1, 5.0f, 3505.0, 3500.0},
-    {3504.99, 1, 5.0f, 3505.0, 3500.0},
-    {100.125, 1, 0.005f, 100.125, 100.125},  // bond futures' half-tick
-    {100.127, 1, 0.005f, 100.13, 100.125},
-    {15.3, 2, 0.1f, 15.4, 15.2},           // two minimum moves per point
-    {0.5, 1, 0.2f, 0.6, 0.4},
-};
-
 TEST(PriceRounding, BuysRoundUpSellsRoundDown) {
-    for (const auto& c : kRoundCases) {
+    struct {
+        double in;
+        std::int32_t minMove;
+        float unit;
+        double buy, sell;
+    } cases[] = {
+        {3001.3, 1, 0.2f, 3001.4, 3001.2},
+        {3001.4, 1, 0.2f, 3001.4, 3001.4},   // on the grid (0.2 is not exact in binary)
+        {2345.01, 1, 1.0f, 2346.0, 2345.0},  // just past a tick: up, not to the nearest
+        {3500.0, 1, 5.0f, 3500.0, 3500.0},   // a 5-point grid
+        {3504.99, 1, 5.0f, 3505.0, 3500.0},
+        {100.127, 1, 0.005f, 100.13, 100.125},  // bond futures' half-tick
+        {15.3, 2, 0.1f, 15.4, 15.2},            // two minimum moves per point
+        {0.5, 1, 0.2f, 0.6, 0.4},
+        {3001.37, 0, 0.2f, 3001.37, 3001.37},  // unknown step: unchanged
+        {3001.37, 1, 0.0f, 3001.37, 3001.37},
+    };
+    for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.in << " step " << c.minMove << "x" << c.unit);
-        EXPECT_DOUBLE_EQ(price::roundBuy(c.in, c.minMove, c.unit), c.buy);
-        EXPECT_DOUBLE_EQ(price::roundSell(c.in, c.minMove, c.unit), c.sell);
         EXPECT_DOUBLE_EQ(price::roundForDirection(c.in, kDirBuy, c.minMove, c.unit), c.buy);
         EXPECT_DOUBLE_EQ(price::roundForDirection(c.in, kDirSell, c.minMove, c.unit), c.sell);
     }
 }
 
-TEST(PriceRounding, UnknownStepLeavesPriceAlone) {
-    EXPECT_DOUBLE_EQ(price::roundBuy(3001.37, 0, 0.2f), 3001.37);
-    EXPECT_DOUBLE_EQ(price::roundSell(3001.37, 1, 0.0f), 3001.37);
-}
-
-TEST(PriceRounding, StepUnitsAndPointValue) {
-    EXPECT_EQ(price::stepUnits(1, 0.2f), 2000);
-    EXPECT_EQ(price::stepUnits(1, 0.005f), 50);
-    EXPECT_EQ(price::stepUnits(10, 1.0f), 100000);
-    EXPECT_NEAR(price::pointValue(2, 0.1f), 0.2, 1e-7);
-}
-
-TEST(PriceClamp, OnlyWithAValidBand) {
-    struct {
-        double p, lower, upper, out;
-    } cases[] = {
-        {6000, 4694.6, 5737.8, 5737.8},  // above the upper limit
-        {4000, 4694.6, 5737.8, 4694.6},  // below the lower limit
-        {5000, 4694.6, 5737.8, 5000},    // inside
-        {6000, 0, 5737.8, 6000},         // lower absent: no clamp
-        {6000, 4694.6, 0, 6000},         // upper absent
-        {6000, 5737.8, 4694.6, 6000},    // inverted band: no clamp
-        {6000, 5000, 5000, 6000},        // empty band
-    };
-    for (const auto& c : cases)
-        EXPECT_DOUBLE_EQ(price::clampToLimits(c.p, c.lower, c.upper), c.out)
-            << c.p << " in [" << c.lower << "," << c.upper << "]";
-}
-
-TEST(PriceDecimals, FollowTheGrid) {
-    EXPECT_EQ(price::decimals(1, 0.2f), 1);
-    EXPECT_EQ(price::decimals(1, 1.0f), 0);
-    EXPECT_EQ(price::decimals(1, 0.005f), 3);
-    EXPECT_EQ(price::decimals(1, 0.01f), 2);
-    EXPECT_EQ(price::decimals(1, 5.0f), 0);
-}
-
-}  // namespace
-
-namespace {
-
-// Every price already on the grid must come back unchanged in both directions, however
-// its decimal lands in binary.
+// Every price already on the grid comes back unchanged both ways, however its decimal lands
+// in binary.
 TEST(PriceRounding, OnGridPricesStayPut) {
-    struct Grid {
-        std::int32_t minMove;
-        float unit;
-        std::int64_t fromUnits, toUnits;  // in ten-thousandths
-    } grids[] = {{1, 0.2f, 40000000, 60000000}, {1, 0.005f, 950000, 1050000},
-                 {1, 1.0f, 20000000, 30000000}, {1, 0.5f, 9000000, 11000000}};
-    for (const auto& g : grids) {
-        const std::int64_t s = price::stepUnits(g.minMove, g.unit);
+    const std::tuple<float, std::int64_t, std::int64_t> grids[] = {// in ten-thousandths
+                                                                   {0.2f, 40000000, 60000000},
+                                                                   {0.005f, 950000, 1050000},
+                                                                   {1.0f, 20000000, 30000000},
+                                                                   {0.5f, 9000000, 11000000}};
+    for (auto [unit, from, to] : grids) {
+        const std::int64_t step = price::stepUnits(1, unit);
+        ASSERT_GT(step, 0);
         int bad = 0;
-        for (std::int64_t u = g.fromUnits; u <= g.toUnits && bad < 5; u += s) {
+        for (std::int64_t u = from; u <= to && bad < 5; u += step) {
             const double p = static_cast<double>(u) / 10000.0;
-            if (price::roundBuy(p, g.minMove, g.unit) != p ||
-                price::roundSell(p, g.minMove, g.unit) != p) {
-                ADD_FAILURE() << "moved " << p << " on step " << g.unit;
+            if (price::roundBuy(p, 1, unit) != p || price::roundSell(p, 1, unit) != p) {
+                ADD_FAILURE() << "moved " << p << " on step " << unit;
                 ++bad;
             }
         }
     }
 }
 
-}  // namespace
-
-TEST(PricePoint, OnTheGridUnlessFinerThanIt) {
+TEST(PriceRounding, PointsAndDecimals) {
+    EXPECT_NEAR(price::pointValue(2, 0.1f), 0.2, 1e-7);
     EXPECT_DOUBLE_EQ(price::pointOnGrid(1, 0.2f), 0.2);  // not 0.2000000030
     EXPECT_DOUBLE_EQ(price::pointOnGrid(2, 0.5f), 1.0);
     EXPECT_NEAR(price::pointOnGrid(1, 0.00001f), 0.00001, 1e-9);  // finer: the plain product
+    const std::pair<float, int> decimals[] = {{0.2f, 1}, {5.0f, 0}, {0.005f, 3}, {0.01f, 2}};
+    for (auto [unit, d] : decimals) EXPECT_EQ(price::decimals(1, unit), d) << unit;
 }
+
+TEST(PriceClamp, OnlyWithAValidBand) {
+    struct {
+        double p, lower, upper, out;
+    } cases[] = {
+        {6000, 4694.6, 5737.8, 5737.8}, {4000, 4694.6, 5737.8, 4694.6},
+        {5000, 4694.6, 5737.8, 5000},   {6000, 0, 5737.8, 6000},       // a limit absent: no clamp
+        {6000, 4694.6, 0, 6000},        {6000, 5737.8, 4694.6, 6000},  // inverted band
+        {6000, 5000, 5000, 6000},                                      // empty band
+    };
+    for (const auto& c : cases)
+        EXPECT_DOUBLE_EQ(price::clampToLimits(c.p, c.lower, c.upper), c.out)
+            << c.p << " in [" << c.lower << "," << c.upper << "]";
+}
+
+}  // namespace
