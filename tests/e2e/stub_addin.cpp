@@ -1,7 +1,5 @@
-// A stand-in add-in for the shell's tests: it exports what the shell resolves and writes
-// every call it receives into a log the test reads back through StubLog. Built twice: the
-// full one, and with STUB_INCOMPLETE one that lacks HelmsmanLogonStateChange, which the
-// shell must refuse.
+// A stand-in add-in for the shell's tests: logs every call it receives for StubLog. Built
+// with STUB_INCOMPLETE it lacks HelmsmanLogonStateChange, which the shell must refuse.
 #include <cstdint>
 #include <cstring>
 #include <string>

@@ -8,35 +8,25 @@
 #include "sim_test_util.h"
 
 using namespace simtest;
+using Lines = std::vector<std::string>;
 
 namespace {
 
-struct Fixture : ::testing::Test {
-    ManualClock clock{localMs(10, 0, 0)};
-    SimExchange ex{clock, quietOptions()};
-    RecordingSink sink;
+// An exchange with an IF2101 quote already delivered.
+struct SimEvents : ::testing::Test, Rig {
     void SetUp() override {
-        ex.setEventSink(&sink);
         ex.applyQuote(quote(kIF, 5230.0, 10, 5230.2, 10, 5230.0));
         ex.deliverPending();
         sink.lines.clear();
     }
+    std::string sendBuy(double price) {
+        auto o = order(kIF, kDirBuy, kOpen, 1, price);
+        ex.SendOrder(o);
+        return o.strOrderID;
+    }
 };
 
-using SimEvents = Fixture;
-
-TEST_F(SimEvents, NothingIsDeliveredInsideTheFacadeCall) {
-    auto o = order(kIF, kDirBuy, kOpen, 1, 5230.2);
-    ASSERT_EQ(ex.SendOrder(o), 1);
-    EXPECT_TRUE(sink.lines.empty());
-    EXPECT_EQ(ex.pendingEventCount(), 4u);
-    EXPECT_EQ(ex.deliverPending(), 4u);
-    EXPECT_EQ(sink.lines, (std::vector<std::string>{"2 1 11 0", "2 1 1 0", "2 1 3 1",
-                                                    "4 1 1@5230.2"}));
-    EXPECT_EQ(ex.deliverPending(), 0u);
-}
-
-// A sink that sends an order from inside its handler the first time it sees an order.
+// Sends an order from inside its handler the first time it sees an order event.
 class ReentrantSink : public RecordingSink {
 public:
     SimExchange* ex = nullptr;
@@ -50,13 +40,12 @@ protected:
         auto o = order(kIF, kDirBuy, kOpen, 1, 5230.2);
         o.strRemark = "inner";
         ex->SendOrder(o);
-        // Nested delivery is refused.
-        EXPECT_EQ(ex->deliverPending(), 0u);
+        EXPECT_EQ(ex->deliverPending(), 0u);  // nested delivery is refused
         linesAtSend = lines.size();
     }
 };
 
-TEST(SimEventsReentry, HandlerCallsSendOrderEventsComeInTheNextCall) {
+TEST(SimEventsReentry, EventsWaitForDeliverAndAHandlersOrderComesInTheNextCall) {
     ManualClock clock(localMs(10, 0, 0));
     SimExchange ex(clock, quietOptions());
     ReentrantSink sink;
@@ -65,45 +54,45 @@ TEST(SimEventsReentry, HandlerCallsSendOrderEventsComeInTheNextCall) {
     ex.applyQuote(quote(kIF, 5230.0, 10, 5230.2, 10, 5230.0));
     auto o = order(kIF, kDirBuy, kOpen, 1, 5230.2);
     ASSERT_EQ(ex.SendOrder(o), 1);
+    EXPECT_TRUE(sink.lines.empty());  // nothing inside the facade call
+    EXPECT_EQ(ex.pendingEventCount(), 4u);
     EXPECT_EQ(ex.deliverPending(), 4u);  // only the first order's events
-    EXPECT_EQ(sink.maxDepth, 1);
-    EXPECT_EQ(sink.linesAtSend, 1u);  // nothing delivered inside the handler
-    EXPECT_EQ(sink.lines, (std::vector<std::string>{"2 1 11 0", "2 1 1 0", "2 1 3 1",
-                                                    "4 1 1@5230.2"}));
+    EXPECT_EQ(sink.linesAtSend, 1u);
+    EXPECT_EQ(sink.lines, (Lines{"2 1 11 0", "2 1 1 0", "2 1 3 1", "4 1 1@5230.2"}));
     sink.lines.clear();
     EXPECT_EQ(ex.deliverPending(), 4u);
     EXPECT_EQ(sink.maxDepth, 1);
-    EXPECT_EQ(sink.lines, (std::vector<std::string>{"2 2 11 0", "2 2 1 0", "2 2 3 1",
-                                                    "4 2 1@5230.2"}));
+    EXPECT_EQ(sink.lines, (Lines{"2 2 11 0", "2 2 1 0", "2 2 3 1", "4 2 1@5230.2"}));
     EXPECT_EQ(sink.orders.back().strRemark, "inner");
+    EXPECT_EQ(ex.deliverPending(), 0u);
 }
 
 TEST_F(SimEvents, SubscriptionsPerHandle) {
     tagSubscribeBlock block{1, &kIF};
-    EXPECT_EQ(ex.QueryInterface(kQuerySubscribeQuote, 7, 1, &block), 1);
-    EXPECT_EQ(ex.QueryInterface(kQuerySubscribeQuote, 7, 1, &block), 1);  // twice = once
-    EXPECT_EQ(ex.QueryInterface(kQuerySubscribeQuote, 9, 1, &block), 1);
+    auto sub = [&](std::uint32_t hWnd, std::uint8_t on) {
+        return ex.QueryInterface(kQuerySubscribeQuote, hWnd, on, &block);
+    };
+    auto quoteRound = [&](double last) {
+        ex.applyQuote(quote(kIF, 5230.2, 10, 5230.4, 10, last));
+        ex.deliverPending();
+        Lines out = sink.lines;
+        sink.lines.clear();
+        return out;
+    };
+    EXPECT_EQ(sub(7, 1), 1);
+    EXPECT_EQ(sub(7, 1), 1);  // twice = once
+    EXPECT_EQ(sub(9, 1), 1);
     EXPECT_TRUE(ex.isSubscribed(7, kIF));
     EXPECT_EQ(ex.subscriptionCount(), 2u);
-    ex.applyQuote(quote(kIF, 5230.2, 10, 5230.4, 10, 5230.4));
     ex.applyQuote(quote(kRB, 4400, 10, 4401, 10, 4400));  // nobody subscribed
-    ex.deliverPending();
-    EXPECT_EQ(sink.lines, (std::vector<std::string>{"1000 IF2101 5230.4", "W 7 2070 1000 IF2101",
-                                                    "W 9 2070 1000 IF2101"}));
-    sink.lines.clear();
-    EXPECT_EQ(ex.QueryInterface(kQuerySubscribeQuote, 7, 0, &block), 1);
-    EXPECT_EQ(ex.QueryInterface(kQuerySubscribeQuote, 7, 0, &block), 1);  // absent: harmless
-    EXPECT_EQ(ex.QueryInterface(kQuerySubscribeQuote, 12, 0, &block), 1);
-    ex.applyQuote(quote(kIF, 5230.2, 10, 5230.4, 10, 5230.2));
-    ex.deliverPending();
-    EXPECT_EQ(sink.lines,
-              (std::vector<std::string>{"1000 IF2101 5230.2", "W 9 2070 1000 IF2101"}));
-    sink.lines.clear();
-    EXPECT_EQ(ex.QueryInterface(kQuerySubscribeQuote, 9, 0, &block), 1);
-    ex.applyQuote(quote(kIF, 5230.2, 10, 5230.4, 10, 5230.2));
-    ex.deliverPending();
-    EXPECT_TRUE(sink.lines.empty());
-    // Unknown symbol, null block, other requests.
+    EXPECT_EQ(quoteRound(5230.4),
+              (Lines{"1000 IF2101 5230.4", "W 7 2070 1000 IF2101", "W 9 2070 1000 IF2101"}));
+    EXPECT_EQ(sub(7, 0), 1);
+    EXPECT_EQ(sub(7, 0), 1);   // absent: harmless
+    EXPECT_EQ(sub(12, 0), 1);
+    EXPECT_EQ(quoteRound(5230.2), (Lines{"1000 IF2101 5230.2", "W 9 2070 1000 IF2101"}));
+    EXPECT_EQ(sub(9, 0), 1);
+    EXPECT_TRUE(quoteRound(5230.2).empty());
     tagSymbol bad{3, "ZZ"};
     tagSubscribeBlock badBlock{1, &bad};
     EXPECT_EQ(ex.QueryInterface(kQuerySubscribeQuote, 7, 1, &badBlock), 0);
@@ -115,27 +104,18 @@ TEST_F(SimEvents, DeskSinkSeesEverything) {
     RecordingSink desk;
     ex.setDeskSink(&desk);
     ex.applyQuote(quote(kRB, 4400, 10, 4401, 10, 4400));
-    auto o = order(kIF, kDirBuy, kOpen, 1, 5230.2);
-    ex.SendOrder(o);
-    tagTriggerOrder t;
-    t.strAccountID = "880001";
-    t.strBrokerID = "9999";
-    t.nExchangeID = 3;
-    t.strCode = "IF2101";
-    t.nDirection = kDirBuy;
-    t.dVolume = 1;
-    t.dTriggerPrice = 5000;
+    sendBuy(5230.2);
+    auto t = trigger(kTriggerBuyDip, kDirBuy, 5000, 0);
     ex.SendTriggerOrder(t);
     ex.logoff("880002");
     ex.deliverPending();
-    EXPECT_EQ(desk.lines, (std::vector<std::string>{"1000 rb2105 4400", "2 1 11 0", "2 1 1 0",
-                                                    "2 1 3 1", "4 1 1@5230.2", "T T1 0",
-                                                    "L 0 880002"}));
-    EXPECT_EQ(sink.lines, (std::vector<std::string>{"2 1 11 0", "2 1 1 0", "2 1 3 1",
-                                                    "4 1 1@5230.2", "L 0 880002"}));
+    EXPECT_EQ(desk.lines, (Lines{"1000 rb2105 4400", "2 1 11 0", "2 1 1 0", "2 1 3 1",
+                                 "4 1 1@5230.2", "T T1 0", "L 0 880002"}));
+    EXPECT_EQ(sink.lines,
+              (Lines{"2 1 11 0", "2 1 1 0", "2 1 3 1", "4 1 1@5230.2", "L 0 880002"}));
 }
 
-TEST_F(SimEvents, StepQueuesQuotesInCatalogueOrderForTheDesk) {
+TEST_F(SimEvents, StepQueuesAQuoteForEveryContractForTheDesk) {
     RecordingSink desk;
     ex.setDeskSink(&desk);
     ex.setRandomWalk(true);
@@ -163,8 +143,7 @@ TEST_F(SimEvents, LogonLogoffAndForcedLogoff) {
     ex.GetAvailableAccounts(accts);
     ASSERT_EQ(accts.size(), 1u);
     ex.deliverPending();
-    EXPECT_EQ(sink.lines,
-              (std::vector<std::string>{"L 2 880001", "L 2 880002", "L 1 880001"}));
+    EXPECT_EQ(sink.lines, (Lines{"L 2 880001", "L 2 880002", "L 1 880001"}));
 }
 
 // ---- Fault injection ----------------------------------------------------------------------
@@ -178,58 +157,47 @@ TEST_F(SimEvents, RejectNextOrders) {
     }
 }
 
-TEST_F(SimEvents, DropNextNotifications) {
+TEST_F(SimEvents, DropAndDuplicateNextNotifications) {
     ex.dropNextNotifications(2);
-    auto o = order(kIF, kDirBuy, kOpen, 1, 5229.0);
-    ex.SendOrder(o);
+    const std::string id = sendBuy(5229.0);
     ex.deliverPending();
     EXPECT_TRUE(sink.lines.empty());
     EXPECT_EQ(ex.stats().eventsDropped, 2u);
-    ex.DeleteOrder("880001", "9999", o.strOrderID);
-    ex.deliverPending();
-    EXPECT_EQ(sink.lines, (std::vector<std::string>{"2 1 7 0", "2 1 4 0"}));
-}
-
-TEST_F(SimEvents, DuplicateNextNotifications) {
     ex.duplicateNextNotifications(1);
-    auto o = order(kIF, kDirBuy, kOpen, 1, 5229.0);
-    ex.SendOrder(o);
+    ex.DeleteOrder("880001", "9999", id);
     EXPECT_EQ(ex.deliverPending(), 3u);
-    EXPECT_EQ(sink.lines, (std::vector<std::string>{"2 1 11 0", "2 1 11 0", "2 1 1 0"}));
+    EXPECT_EQ(sink.lines, (Lines{"2 1 7 0", "2 1 7 0", "2 1 4 0"}));
 }
 
-TEST_F(SimEvents, DelayByDeliverCalls) {
+TEST_F(SimEvents, DelayByDeliverCallsSparesQuotes) {
     ex.setNotificationDelay(2);
     tagSubscribeBlock block{1, &kIF};
     ex.QueryInterface(kQuerySubscribeQuote, 7, 1, &block);
-    auto o = order(kIF, kDirBuy, kOpen, 1, 5229.0);
-    ex.SendOrder(o);
+    sendBuy(5229.0);
     ex.applyQuote(quote(kIF, 5230.2, 10, 5230.4, 10, 5230.4));
-    EXPECT_EQ(ex.deliverPending(), 1u);  // the quote (one event) is not delayed
-    EXPECT_EQ(sink.with("2 ").size(), 0u);
+    EXPECT_EQ(ex.deliverPending(), 1u);
+    EXPECT_TRUE(sink.with("2 ").empty());
     EXPECT_EQ(ex.deliverPending(), 0u);
     EXPECT_EQ(ex.deliverPending(), 2u);
-    EXPECT_EQ(sink.with("2 "), (std::vector<std::string>{"2 1 11 0", "2 1 1 0"}));
+    EXPECT_EQ(sink.with("2 "), (Lines{"2 1 11 0", "2 1 1 0"}));
 }
 
 TEST_F(SimEvents, DelayByClockTime) {
     ex.setNotificationDelay(0, 1000);
-    auto o = order(kIF, kDirBuy, kOpen, 1, 5229.0);
-    ex.SendOrder(o);
+    const std::string id = sendBuy(5229.0);
     EXPECT_EQ(ex.deliverPending(), 0u);
     clock.advanceMs(999);
     EXPECT_EQ(ex.deliverPending(), 0u);
     clock.advanceMs(1);
     EXPECT_EQ(ex.deliverPending(), 2u);
     ex.setNotificationDelay(0, 0);
-    ex.DeleteOrder("880001", "9999", o.strOrderID);
+    ex.DeleteOrder("880001", "9999", id);
     EXPECT_EQ(ex.deliverPending(), 2u);
 }
 
 TEST_F(SimEvents, NoSinkQueuesNothing) {
     ex.setEventSink(nullptr);
-    auto o = order(kIF, kDirBuy, kOpen, 1, 5230.2);
-    ex.SendOrder(o);
+    sendBuy(5230.2);
     EXPECT_EQ(ex.pendingEventCount(), 0u);
 }
 
@@ -248,8 +216,7 @@ TEST(SimThreads, FacadeFromAWorkerThread) {
         for (int i = 0; i < 300; ++i) {
             IModuleFutureTrader::ITickEx q;
             ex.GetMarketQuote(kIF, q);
-            auto o = order(kIF, i % 2 ? kDirBuy : kDirSell, kOpen, 1,
-                           i % 2 ? q.dBid : q.dAsk);
+            auto o = order(kIF, i % 2 ? kDirBuy : kDirSell, kOpen, 1, i % 2 ? q.dBid : q.dAsk);
             ex.SendOrder(o);
             if (i % 3 == 0) ex.DeleteOrder("880001", "9999", o.strOrderID);
             std::vector<tagBrokerOrder> open;

@@ -11,76 +11,48 @@ using namespace simtest;
 
 namespace {
 
-bool onGrid(double p, const IModuleFutureTrader::ISpecDetailValue& s) {
-    std::int64_t step = price::stepUnits(s.nMinMove, s.fPriceUnit);
-    return std::llround(p * 10000.0) % step == 0;
-}
-
-struct DetailCase {
-    tagSymbol symbol;
-    float unit;
-    double mult;
-    double upper, lower;
-};
-
-const DetailCase kDetails[] = {
-    {{3, "IF2101"}, 0.2f, 300, 5737.8, 4694.6},    {{2, "RM705"}, 1.0f, 10, 2464, 2276},
-    {{0, "rb2105"}, 1.0f, 10, 4622, 4182},         {{0, "au2106"}, 0.02f, 1000, 419.44, 379.52},
-    {{3, "T2103"}, 0.005f, 10000, 99.575, 95.675},
-};
-
-TEST(SimCatalogue, DetailsAndLimits) {
-    ManualClock clock(localMs(10, 0, 0));
-    SimExchange ex(clock, quietOptions());
-    for (const auto& c : kDetails) {
-        IModuleFutureTrader::ISpecDetailValue s;
-        ASSERT_EQ(ex.GetSymbolProperty(c.symbol, s), 1) << c.symbol.strCode;
-        EXPECT_FLOAT_EQ(s.fPriceUnit, c.unit) << c.symbol.strCode;
-        EXPECT_EQ(s.nMinMove, 1);
-        EXPECT_DOUBLE_EQ(s.dMultiplier, c.mult);
-        EXPECT_TRUE(s.bTradable);
-        EXPECT_FALSE(s.strName.empty());
-        EXPECT_GT(s.dMarginRate, 0);
+// Price limits are the band around the settlement rounded inwards onto each contract's grid.
+TEST(SimCatalogue, LimitsOnTheGridAndTradability) {
+    Rig r;
+    const struct {
+        tagSymbol symbol;
+        double upper, lower;
+    } cases[] = {{kIF, 5737.8, 4694.6}, {{0, "au2106"}, 419.44, 379.52},
+                 {{3, "T2103"}, 99.575, 95.675}};
+    for (const auto& c : cases) {
         IModuleFutureTrader::ITickEx q;
-        ASSERT_EQ(ex.GetMarketQuote(c.symbol, q), 1);
+        ASSERT_EQ(r.ex.GetMarketQuote(c.symbol, q), 1) << c.symbol.strCode;
         EXPECT_NEAR(q.dUpperLimit, c.upper, 1e-9) << c.symbol.strCode;
         EXPECT_NEAR(q.dLowerLimit, c.lower, 1e-9) << c.symbol.strCode;
     }
     IModuleFutureTrader::ISpecDetailValue s;
-    EXPECT_EQ(ex.GetSymbolProperty({3, "IF2012"}, s), 1);
+    ASSERT_EQ(r.ex.GetSymbolProperty(kIF, s), 1);
+    EXPECT_TRUE(s.bTradable);
+    EXPECT_EQ(r.ex.GetSymbolProperty({3, "IF2012"}, s), 1);
     EXPECT_FALSE(s.bTradable);
-    EXPECT_EQ(ex.GetSymbolProperty({3, "XX"}, s), 0);
+    EXPECT_EQ(r.ex.GetSymbolProperty({3, "XX"}, s), 0);
 }
 
-TEST(SimCatalogue, ExchangesSymbolsBrokerConfig) {
-    ManualClock clock(localMs(10, 0, 0));
-    SimExchange ex(clock, quietOptions());
-    std::vector<tagExchangeInfo> exs;
-    ex.GetAllExchanges(exs);
-    ASSERT_EQ(exs.size(), 4u);
-    EXPECT_EQ(exs[3].strName, "中国金融期货交易所");
-    std::size_t total = 0;
+TEST(SimCatalogue, SymbolsBrokerAndConfig) {
+    Rig r;
     for (int id = 0; id < 4; ++id) {
         std::vector<tagSymbol> syms;
-        ex.GetExchangeSymbols(id, syms, 0);
+        r.ex.GetExchangeSymbols(id, syms, 0);
         EXPECT_GE(syms.size(), 2u);
         for (const auto& s : syms) EXPECT_EQ(s.wExchangeID, id);
-        total += syms.size();
     }
-    EXPECT_GE(total, 8u);
     std::vector<tagSymbol> tradable;
-    ex.GetExchangeSymbols(3, tradable, 1);
+    r.ex.GetExchangeSymbols(3, tradable, 1);
     for (const auto& s : tradable) EXPECT_NE(s.strCode, "IF2012");
     tagBrokerInfo b;
-    ASSERT_EQ(ex.GetBrokerByID(b, "9999"), 1);
-    EXPECT_EQ(b.strName, "模拟期货公司");
-    EXPECT_EQ(ex.GetBrokerByID(b, "1"), 0);
+    EXPECT_EQ(r.ex.GetBrokerByID(b, "9999"), 1);
+    EXPECT_EQ(r.ex.GetBrokerByID(b, "1"), 0);
     std::string v;
-    EXPECT_TRUE(ex.GetConfigFileProperty("System.ini", "quote", "RefreshMs", v));
+    EXPECT_TRUE(r.ex.GetConfigFileProperty("System.ini", "quote", "RefreshMs", v));
     EXPECT_EQ(v, "500");
-    EXPECT_FALSE(ex.GetConfigFileProperty("system.ini", "quote", "nothing", v));
-    ex.setConfigProperty("a.ini", "S", "K", "x");
-    EXPECT_TRUE(ex.GetConfigFileProperty("A.INI", "s", "k", v));
+    EXPECT_FALSE(r.ex.GetConfigFileProperty("system.ini", "quote", "nothing", v));
+    r.ex.setConfigProperty("a.ini", "S", "K", "x");
+    EXPECT_TRUE(r.ex.GetConfigFileProperty("A.INI", "s", "k", v));  // names ignore case
     EXPECT_EQ(v, "x");
 }
 
@@ -95,9 +67,10 @@ TEST(SimWalk, PricesStayOnTheGridAndInsideTheBand) {
             IModuleFutureTrader::ISpecDetailValue s;
             ASSERT_EQ(ex.GetMarketQuote(sym, q), 1);
             ex.GetSymbolProperty(sym, s);
+            const std::int64_t step = price::stepUnits(s.nMinMove, s.fPriceUnit);
             for (double p : {q.dLast, q.dBid, q.dAsk, q.dHigh, q.dLow, q.dOpen}) {
                 if (!isPricePresent(p)) continue;
-                ASSERT_TRUE(onGrid(p, s)) << sym.strCode << " " << p;
+                ASSERT_EQ(std::llround(p * 10000.0) % step, 0) << sym.strCode << " " << p;
                 ASSERT_GE(p, q.dLowerLimit - 1e-9) << sym.strCode;
                 ASSERT_LE(p, q.dUpperLimit + 1e-9) << sym.strCode;
             }
@@ -150,14 +123,11 @@ TEST(SimWalk, PreOpenHasOnlyTheFallbackPrices) {
 // ---- Replay -------------------------------------------------------------------------------
 
 TEST(SimReplay, TicksPlayByTimeOfDay) {
-    std::filesystem::path p =
-        std::filesystem::path(HELMSMAN_DATA_DIR) / "ticks" / "IF2101_20210104.csv";
+    const auto p = std::filesystem::path(HELMSMAN_DATA_DIR) / "ticks" / "IF2101_20210104.csv";
     if (!std::filesystem::exists(p)) GTEST_SKIP() << "no data at " << p;
     ManualClock clock(localMs(9, 30, 0));
     SimExchange ex(clock, quietOptions());
-    sim::TickParseReport rep;
-    ASSERT_TRUE(ex.loadTickFile(p.string(), {}, &rep));
-    EXPECT_EQ(rep.ticks, 27955u);
+    ASSERT_TRUE(ex.loadTickFile(p.string(), {}, nullptr));
     EXPECT_EQ(ex.replayRemaining(kIF), 27955u);
     ex.step();
     IModuleFutureTrader::ITickEx q;
@@ -180,10 +150,10 @@ TEST(SimReplay, TicksPlayByTimeOfDay) {
 TEST(SimReplay, ReplayedQuotesDriveMatching) {
     ManualClock clock(localMs(9, 30, 0));
     SimExchange ex(clock, quietOptions());
-    std::vector<sim::TickRecord> ticks(3);
-    ticks[0] = {20210104, (9 * 3600 + 30 * 60) * 1000, 5230, 5229.8, 5, 5230.2, 5};
-    ticks[1] = {20210104, (9 * 3600 + 30 * 60) * 1000 + 500, 5229.0, 5228.8, 5, 5229.2, 5};
-    ticks[2] = {20210104, (9 * 3600 + 30 * 60) * 1000 + 1000, 5231.0, 5230.8, 5, 5231.2, 5};
+    const int t0 = (9 * 3600 + 30 * 60) * 1000;
+    std::vector<sim::TickRecord> ticks = {{20210104, t0, 5230, 5229.8, 5, 5230.2, 5},
+                                          {20210104, t0 + 500, 5229.0, 5228.8, 5, 5229.2, 5},
+                                          {20210104, t0 + 1000, 5231.0, 5230.8, 5, 5231.2, 5}};
     ASSERT_TRUE(ex.loadTicks(kIF, ticks));
     ex.step();
     auto o = order(kIF, kDirBuy, kOpen, 1, 5229.4);
@@ -197,12 +167,11 @@ TEST(SimReplay, ReplayedQuotesDriveMatching) {
 }
 
 TEST(SimReplay, BadFileIsRefused) {
-    ManualClock clock(localMs(9, 30, 0));
-    SimExchange ex(clock, quietOptions());
+    Rig r;
     sim::TickParseReport rep;
-    EXPECT_FALSE(ex.loadTickFile("/nonexistent/IF2101_1.csv", {}, &rep));
-    EXPECT_FALSE(ex.loadTickFile("/nonexistent/ZZ999_1.csv", {}, &rep));
+    EXPECT_FALSE(r.ex.loadTickFile("/nonexistent/IF2101_1.csv", {}, &rep));
     EXPECT_FALSE(rep.error.empty());
+    EXPECT_FALSE(r.ex.loadTickFile("/nonexistent/ZZ999_1.csv", {}, &rep));
 }
 
 // ---- Server trigger orders ----------------------------------------------------------------
@@ -215,7 +184,7 @@ struct TriggerCase {
     double price;               // 0 = at market
     std::vector<double> lasts;  // successive last prices
     int releasedAt;             // index into lasts, -1 = never
-    double fillPrice;           // of the released order
+    double fillPrice;
 };
 
 const TriggerCase kTriggerCases[] = {
@@ -230,47 +199,27 @@ const TriggerCase kTriggerCases[] = {
 
 class TriggerTable : public ::testing::TestWithParam<TriggerCase> {};
 
-tagTriggerOrder trigger(int type, int dir, double trig, double px) {
-    tagTriggerOrder t;
-    t.strAccountID = "880001";
-    t.strBrokerID = "9999";
-    t.nExchangeID = 3;
-    t.strSymbolText = "IF2101";
-    t.strCode = "IF2101";
-    t.nDirection = dir;
-    t.nOpenClose = kOpen;
-    t.dVolume = 1;
-    t.dPrice = px;
-    t.dTriggerPrice = trig;
-    t.nTriggerType = type;
-    t.strRemark = "server trigger";
-    return t;
-}
-
 TEST_P(TriggerTable, ReleasedByTypeAgainstTheLastPrice) {
     const TriggerCase& c = GetParam();
-    ManualClock clock(localMs(10, 0, 0));
-    SimExchange ex(clock, quietOptions());
+    Rig r;
     RecordingSink desk;
-    ex.setDeskSink(&desk);
+    r.ex.setDeskSink(&desk);
     auto t = trigger(c.type, c.direction, c.trigger, c.price);
-    ASSERT_EQ(ex.SendTriggerOrder(t), 1);
+    ASSERT_EQ(r.ex.SendTriggerOrder(t), 1);
     EXPECT_EQ(t.strOrderID, "T1");
     EXPECT_EQ(t.nStatus, kSimTriggerWaiting);
-    for (std::size_t i = 0; i < c.lasts.size(); ++i) {
-        clock.advanceMs(500);
-        double l = c.lasts[i];
-        ex.applyQuote(quote(kIF, l - 0.2, 10, l + 0.2, 10, l));
-        tagTriggerOrder back;
-        ASSERT_EQ(ex.GetTriggerOrder(back, "880001", "9999", "T1"), 1);
-        bool released = c.releasedAt >= 0 && static_cast<int>(i) >= c.releasedAt;
+    for (int i = 0; i < static_cast<int>(c.lasts.size()); ++i) {
+        r.clock.advanceMs(500);
+        const double l = c.lasts[i];
+        r.ex.applyQuote(quote(kIF, l - 0.2, 10, l + 0.2, 10, l));
+        const tagTriggerOrder back = r.triggerOf("T1");
+        const bool released = c.releasedAt >= 0 && i >= c.releasedAt;
         EXPECT_EQ(back.nStatus, released ? kSimTriggerReleased : kSimTriggerWaiting) << i;
-        if (static_cast<int>(i) == c.releasedAt) {
-            EXPECT_EQ(back.tStart, clock.now());
+        if (i == c.releasedAt) {
+            EXPECT_EQ(back.tStart, r.clock.now());
         }
     }
-    std::vector<tagBrokerOrder> orders;
-    ex.GetAllOrders(orders);
+    const auto orders = r.allOrders();
     if (c.releasedAt < 0) {
         EXPECT_TRUE(orders.empty());
         return;
@@ -280,7 +229,7 @@ TEST_P(TriggerTable, ReleasedByTypeAgainstTheLastPrice) {
     EXPECT_EQ(orders[0].strRemark, "server trigger");
     EXPECT_EQ(orders[0].nStatus, kOrderFilled);
     EXPECT_DOUBLE_EQ(orders[0].dAvgPrice, c.fillPrice);
-    ex.deliverPending();
+    r.ex.deliverPending();
     EXPECT_EQ(desk.with("T "), (std::vector<std::string>{"T T1 0", "T T1 1"}));
 }
 
@@ -288,67 +237,54 @@ INSTANTIATE_TEST_SUITE_P(Sim, TriggerTable, ::testing::ValuesIn(kTriggerCases),
                          [](const auto& info) { return std::string(info.param.name); });
 
 TEST(SimTrigger, ExpiryModifyDeleteAndQueries) {
-    ManualClock clock(localMs(10, 0, 0));
-    SimExchange ex(clock, quietOptions());
+    Rig r;
     auto a = trigger(kTriggerBuyDip, kDirBuy, 5000.0, 0);
-    a.tExpiry = clock.now() + 60;
+    a.tExpiry = r.clock.now() + 60;
     auto b = trigger(kTriggerSellRise, kDirSell, 5400.0, 0);
-    auto r = trigger(kTriggerBuyDip, kDirBuy, 5000.0, 0);
-    r.strCode = "rb2105";
-    r.nExchangeID = 0;
-    r.dTriggerPrice = 4000;
-    ASSERT_EQ(ex.SendTriggerOrder(a), 1);
-    ASSERT_EQ(ex.SendTriggerOrder(b), 1);
-    ASSERT_EQ(ex.SendTriggerOrder(r), 1);
+    auto rb = trigger(kTriggerBuyDip, kDirBuy, 4000.0, 0);
+    rb.strCode = "rb2105";
+    rb.nExchangeID = 0;
+    ASSERT_EQ(r.ex.SendTriggerOrder(a), 1);
+    ASSERT_EQ(r.ex.SendTriggerOrder(b), 1);
+    ASSERT_EQ(r.ex.SendTriggerOrder(rb), 1);
     std::vector<tagTriggerOrder> list;
-    ex.GetTriggerOrdersBySymbol(list, kIF);
+    r.ex.GetTriggerOrdersBySymbol(list, kIF);
     EXPECT_EQ(list.size(), 2u);
-    ex.GetAllTriggerOrders(list);
+    r.ex.GetAllTriggerOrders(list);
     EXPECT_EQ(list.size(), 3u);
 
-    clock.advanceMs(61 * 1000);
-    ex.step();
-    tagTriggerOrder back;
-    ex.GetTriggerOrder(back, "880001", "9999", a.strOrderID);
-    EXPECT_EQ(back.nStatus, kSimTriggerExpired);
-    EXPECT_EQ(ex.ModifyTriggerOrder(a.strOrderID, a), 0);  // no longer waiting
+    r.clock.advanceMs(61 * 1000);
+    r.ex.step();
+    EXPECT_EQ(r.triggerOf(a.strOrderID).nStatus, kSimTriggerExpired);
+    EXPECT_STREQ(simTriggerStatusText(kSimTriggerExpired), "已过期");
+    EXPECT_EQ(r.ex.ModifyTriggerOrder(a.strOrderID, a), 0);  // no longer waiting
 
     auto m = b;
     m.dTriggerPrice = 5231.0;
     m.dVolume = 2;
-    ASSERT_EQ(ex.ModifyTriggerOrder(b.strOrderID, m), 1);
-    ex.GetTriggerOrder(back, "880001", "9999", b.strOrderID);
-    EXPECT_DOUBLE_EQ(back.dTriggerPrice, 5231.0);
-    EXPECT_DOUBLE_EQ(back.dVolume, 2);
+    ASSERT_EQ(r.ex.ModifyTriggerOrder(b.strOrderID, m), 1);
 
-    EXPECT_EQ(ex.DeleteTriggerOrder("880001", "9999", r.strOrderID), 1);
-    EXPECT_EQ(ex.DeleteTriggerOrder("880001", "9999", r.strOrderID), 0);
-    ex.GetTriggerOrder(back, "880001", "9999", r.strOrderID);
-    EXPECT_EQ(back.nStatus, kSimTriggerDeleted);
-    ex.applyQuote(quote(kRB, 3999, 10, 4000, 10, 3999));  // deleted: does not fire
-    ex.applyQuote(quote(kIF, 5231.0, 10, 5231.2, 10, 5231.2));
-    ex.GetTriggerOrder(back, "880001", "9999", b.strOrderID);
-    EXPECT_EQ(back.nStatus, kSimTriggerReleased);
-    std::vector<tagBrokerOrder> orders;
-    ex.GetAllOrders(orders);
+    EXPECT_EQ(r.ex.DeleteTriggerOrder("880001", "9999", rb.strOrderID), 1);
+    EXPECT_EQ(r.ex.DeleteTriggerOrder("880001", "9999", rb.strOrderID), 0);
+    EXPECT_EQ(r.triggerOf(rb.strOrderID).nStatus, kSimTriggerDeleted);
+    r.ex.applyQuote(quote(kRB, 3999, 10, 4000, 10, 3999));  // deleted: does not fire
+    r.ex.applyQuote(quote(kIF, 5231.0, 10, 5231.2, 10, 5231.2));  // fires the modified one
+    EXPECT_EQ(r.triggerOf(b.strOrderID).nStatus, kSimTriggerReleased);
+    const auto orders = r.allOrders();
     ASSERT_EQ(orders.size(), 1u);
     EXPECT_DOUBLE_EQ(orders[0].dVolume, 2);
-    EXPECT_STREQ(simTriggerStatusText(kSimTriggerExpired), "已过期");
 }
 
 TEST(SimTrigger, RefusedWhenInvalid) {
-    ManualClock clock(localMs(10, 0, 0));
-    SimExchange ex(clock, quietOptions());
-    auto t = trigger(7, kDirBuy, 5000.0, 0);
-    EXPECT_EQ(ex.SendTriggerOrder(t), 0);
-    t = trigger(kTriggerBuyDip, kDirBuy, 0, 0);
-    EXPECT_EQ(ex.SendTriggerOrder(t), 0);
-    t = trigger(kTriggerBuyDip, kDirBuy, 5000, 0);
-    t.strCode = "ZZ";
-    EXPECT_EQ(ex.SendTriggerOrder(t), 0);
-    ex.logoffAll();
-    t = trigger(kTriggerBuyDip, kDirBuy, 5000, 0);
-    EXPECT_EQ(ex.SendTriggerOrder(t), 0);
+    Rig r;
+    auto unknownSymbol = trigger(kTriggerBuyDip, kDirBuy, 5000, 0);
+    unknownSymbol.strCode = "ZZ";
+    for (auto t : {trigger(7, kDirBuy, 5000, 0), trigger(kTriggerBuyDip, kDirBuy, 0, 0),
+                   unknownSymbol})
+        EXPECT_EQ(r.ex.SendTriggerOrder(t), 0) << t.nTriggerType << " " << t.dTriggerPrice;
+    r.ex.logoffAll();
+    auto t = trigger(kTriggerBuyDip, kDirBuy, 5000, 0);
+    EXPECT_EQ(r.ex.SendTriggerOrder(t), 0);
 }
 
 }  // namespace

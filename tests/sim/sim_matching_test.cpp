@@ -1,4 +1,4 @@
-// Matching, cancels, rejects and positions of SimExchange, as tables of scripted sessions.
+// Matching, cancels, rejects, closes and money of SimExchange, as tables of scripted sessions.
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -9,87 +9,28 @@ using namespace simtest;
 
 namespace {
 
-// A script of steps, one per string:
-//   "Q bid bidVol ask askVol last"      a quote round for IF2101
-//   "B|S O|C|T vol price"               an order of 880001 (open / close / close today)
-//   "X n"                               cancel the n-th order of the script (1-based)
+// Steps: "Q bid bidVol ask askVol last" a quote round for IF2101; "B|S O|C|T vol price" an
+// order of 880001 (open / close / close today); "X n" cancels the n-th order (1-based).
 struct MatchCase {
     const char* name;
     std::vector<const char*> steps;
-    std::vector<std::string> statuses;  // per order of the script: "11 1 2 3"
+    std::vector<std::string> statuses;  // per order: every status it was reported with
     std::string fills;                  // every fill in order: "2@5230.2 1@5230"
-    std::string position;               // "L<long>/<today> S<short>/<today>"
-};
-
-struct Session {
-    ManualClock clock{localMs(10, 0, 0)};
-    SimExchange ex{clock, quietOptions()};
-    RecordingSink sink;
-    std::vector<std::string> ids;
-
-    Session() { ex.setEventSink(&sink); }
-
-    void run(const char* step) {
-        std::istringstream in(step);
-        std::string kind;
-        in >> kind;
-        if (kind == "Q") {
-            double b, bv, a, av, l;
-            in >> b >> bv >> a >> av >> l;
-            clock.advanceMs(500);
-            ASSERT_TRUE(ex.applyQuote(quote(kIF, b, bv, a, av, l)));
-        } else if (kind == "B" || kind == "S") {
-            std::string oc;
-            double vol, px;
-            in >> oc >> vol >> px;
-            int flag = oc == "O" ? kOpen : oc == "C" ? kClose : kCloseToday;
-            auto o = order(kIF, kind == "B" ? kDirBuy : kDirSell, flag, vol, px);
-            ex.SendOrder(o);
-            ids.push_back(o.strOrderID);
-        } else if (kind == "X") {
-            std::size_t n;
-            in >> n;
-            EXPECT_EQ(ex.DeleteOrder("880001", "9999", ids.at(n - 1)), 1) << step;
-        }
-        ex.deliverPending();
-    }
-
-    std::string statusesOf(const std::string& id) const {
-        std::string out;
-        for (const auto& o : sink.orders)
-            if (o.strOrderID == id) out += (out.empty() ? "" : " ") + std::to_string(o.nStatus);
-        return out;
-    }
-    std::string fills() const {
-        std::string out;
-        for (const auto& b : sink.fills)
-            out += (out.empty() ? "" : " ") + fmt(b.dVolume) + "@" + fmt(b.dPrice);
-        return out;
-    }
-    std::string position() {
-        tagOpenedPosition p;
-        EXPECT_EQ(ex.GetPosition(p, "880001", "9999", kIF), 1);
-        return "L" + fmt(p.dLong) + "/" + fmt(p.dLongToday) + " S" + fmt(p.dShort) + "/" +
-               fmt(p.dShortToday);
-    }
+    std::string position;
 };
 
 const MatchCase kMatchCases[] = {
-    {"BuyAtAskFillsAtOnce",
-     {"Q 5230 5 5230.2 3 5230", "B O 2 5230.2"},
+    {"BuyAtAskFillsAtOnce", {"Q 5230 5 5230.2 3 5230", "B O 2 5230.2"},
      {"11 1 3"}, "2@5230.2", "L2/2 S0/0"},
-    {"BuyAboveAskFillsAtTheAsk",
-     {"Q 5230 5 5230.2 3 5230", "B O 1 5231"},
+    {"BuyAboveAskFillsAtTheAsk", {"Q 5230 5 5230.2 3 5230", "B O 1 5231"},
      {"11 1 3"}, "1@5230.2", "L1/1 S0/0"},
-    {"SellAtBidFillsAtTheBid",
-     {"Q 5230 5 5230.2 3 5230", "S O 2 5229"},
+    {"SellAtBidFillsAtTheBid", {"Q 5230 5 5230.2 3 5230", "S O 2 5229"},
      {"11 1 3"}, "2@5230", "L0/0 S2/2"},
     {"PartialUpToTouchThenTouchThenTradeThrough",
      {"Q 5230 5 5230.2 3 5230", "B O 5 5230.2", "Q 5230 5 5230.4 9 5230.2",
       "Q 5230 5 5230.2 1 5230.2", "Q 5229.6 5 5229.8 9 5229.8"},
      {"11 1 2 2 3"}, "3@5230.2 1@5230.2 1@5230.2", "L5/5 S0/0"},
-    {"TouchConsumedWithinTheRound",
-     {"Q 5230 5 5230.2 3 5230", "B O 3 5230.2", "B O 1 5230.2"},
+    {"TouchConsumedWithinTheRound", {"Q 5230 5 5230.2 3 5230", "B O 3 5230.2", "B O 1 5230.2"},
      {"11 1 3", "11 1"}, "3@5230.2", "L3/3 S0/0"},
     {"RestingBuyFillsWhenAskComesDown",
      {"Q 5230 5 5230.2 3 5230", "B O 2 5229", "Q 5228.8 4 5229 1 5229.2",
@@ -107,37 +48,58 @@ const MatchCase kMatchCases[] = {
     {"TimePriorityAtOnePrice",
      {"Q 5230 5 5230.2 3 5230", "B O 1 5229", "B O 1 5229", "Q 5228.8 4 5229 1 5229.2"},
      {"11 1 3", "11 1"}, "1@5229", "L1/1 S0/0"},
-    {"NoOppositeQuoteRests",
-     {"Q 5230 5 0 0 5230", "B O 1 5230.2"},
+    {"NoOppositeQuoteRests", {"Q 5230 5 0 0 5230", "B O 1 5230.2"},
      {"11 1"}, "", "L0/0 S0/0"},
-    {"Cancel",
-     {"Q 5230 5 5230.2 3 5230", "B O 1 5228", "X 1"},
-     {"11 1 7 4"}, "", "L0/0 S0/0"},
-    {"PartlyFilledThenCancelled",
-     {"Q 5230 5 5230.2 3 5230", "B O 5 5230.2", "X 1"},
-     {"11 1 2 7 6"}, "3@5230.2", "L3/3 S0/0"},
-    {"OpenThenClose",
-     {"Q 5230 5 5230.2 3 5230", "B O 2 5230.2", "S C 1 5230"},
-     {"11 1 3", "11 1 3"}, "2@5230.2 1@5230", "L1/1 S0/0"},
-    {"OpenThenCloseToday",
-     {"Q 5230 5 5230.2 3 5230", "S O 2 5230", "B T 2 5230.2"},
-     {"11 1 3", "11 1 3"}, "2@5230 2@5230.2", "L0/0 S0/0"},
     {"CancelledOrderDoesNotFillLater",
      {"Q 5230 5 5230.2 3 5230", "B O 1 5229", "X 1", "Q 5228 4 5228.2 3 5228"},
      {"11 1 7 4"}, "", "L0/0 S0/0"},
+    {"PartlyFilledThenCancelled", {"Q 5230 5 5230.2 3 5230", "B O 5 5230.2", "X 1"},
+     {"11 1 2 7 6"}, "3@5230.2", "L3/3 S0/0"},
+    {"OpenThenCloseToday", {"Q 5230 5 5230.2 3 5230", "S O 2 5230", "B T 2 5230.2"},
+     {"11 1 3", "11 1 3"}, "2@5230 2@5230.2", "L0/0 S0/0"},
 };
 
 class MatchTable : public ::testing::TestWithParam<MatchCase> {};
 
 TEST_P(MatchTable, StatusesFillsAndPosition) {
     const MatchCase& c = GetParam();
-    Session s;
-    for (const char* step : c.steps) s.run(step);
-    ASSERT_EQ(s.ids.size(), c.statuses.size());
-    for (std::size_t i = 0; i < c.statuses.size(); ++i)
-        EXPECT_EQ(s.statusesOf(s.ids[i]), c.statuses[i]) << "order " << i + 1;
-    EXPECT_EQ(s.fills(), c.fills);
-    EXPECT_EQ(s.position(), c.position);
+    Rig r;
+    std::vector<std::string> ids;
+    for (const char* step : c.steps) {
+        std::istringstream in(step);
+        std::string kind, oc;
+        in >> kind;
+        if (kind == "Q") {
+            double b, bv, a, av, l;
+            in >> b >> bv >> a >> av >> l;
+            r.clock.advanceMs(500);
+            ASSERT_TRUE(r.ex.applyQuote(quote(kIF, b, bv, a, av, l)));
+        } else if (kind == "X") {
+            std::size_t n;
+            in >> n;
+            EXPECT_EQ(r.ex.DeleteOrder("880001", "9999", ids.at(n - 1)), 1) << step;
+        } else {
+            double vol, px;
+            in >> oc >> vol >> px;
+            auto o = order(kIF, kind == "B" ? kDirBuy : kDirSell,
+                           oc == "O" ? kOpen : oc == "C" ? kClose : kCloseToday, vol, px);
+            r.ex.SendOrder(o);
+            ids.push_back(o.strOrderID);
+        }
+        r.ex.deliverPending();
+    }
+    ASSERT_EQ(ids.size(), c.statuses.size());
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        std::string seen;
+        for (const auto& o : r.sink.orders)
+            if (o.strOrderID == ids[i]) seen += (seen.empty() ? "" : " ") + std::to_string(o.nStatus);
+        EXPECT_EQ(seen, c.statuses[i]) << "order " << i + 1;
+    }
+    std::string fills;
+    for (const auto& b : r.sink.fills)
+        fills += (fills.empty() ? "" : " ") + fmt(b.dVolume) + "@" + fmt(b.dPrice);
+    EXPECT_EQ(fills, c.fills);
+    EXPECT_EQ(r.position(kIF), c.position);
 }
 
 INSTANTIATE_TEST_SUITE_P(Sim, MatchTable, ::testing::ValuesIn(kMatchCases),
@@ -156,7 +118,6 @@ const RejectCase kRejectCases[] = {
     {"WrongExchange", order({1, "IF2101"}, kDirBuy, kOpen, 1, 5230), simtext::kUnknownContract},
     {"ExpiredContract", order({3, "IF2012"}, kDirBuy, kOpen, 1, 5045), simtext::kNotTradable},
     {"ZeroVolume", order(kIF, kDirBuy, kOpen, 0, 5230), simtext::kBadVolume},
-    {"NegativeVolume", order(kIF, kDirBuy, kOpen, -1, 5230), simtext::kBadVolume},
     {"FractionalVolume", order(kIF, kDirBuy, kOpen, 1.5, 5230), simtext::kBadVolume},
     {"BadDirection", order(kIF, 3, kOpen, 1, 5230), simtext::kBadDirection},
     {"AboveUpperLimit", order(kIF, kDirBuy, kOpen, 1, 5738.0), simtext::kPriceOutOfBand},
@@ -172,137 +133,119 @@ class RejectTable : public ::testing::TestWithParam<RejectCase> {};
 
 TEST_P(RejectTable, RejectedWithReason) {
     const RejectCase& c = GetParam();
-    ManualClock clock(localMs(10, 0, 0));
-    SimExchange ex(clock, quietOptions());
-    RecordingSink sink;
-    ex.setEventSink(&sink);
+    Rig r;
     tagBrokerOrder o = c.order;
-    EXPECT_EQ(ex.SendOrder(o), 0);
+    EXPECT_EQ(r.ex.SendOrder(o), 0);
     EXPECT_EQ(o.nStatus, kOrderRejected);
     EXPECT_EQ(o.strStatusMsg, c.reason);
     ASSERT_FALSE(o.strOrderID.empty());
-    ex.deliverPending();
-    EXPECT_EQ(sink.lines, (std::vector<std::string>{"2 " + o.strOrderID + " 11 0",
-                                                    "2 " + o.strOrderID + " 5 0"}));
-    EXPECT_EQ(sink.orders.back().strStatusMsg, c.reason);
+    r.ex.deliverPending();
+    EXPECT_EQ(r.sink.lines, (std::vector<std::string>{"2 " + o.strOrderID + " 11 0",
+                                                      "2 " + o.strOrderID + " 5 0"}));
+    EXPECT_EQ(r.sink.orders.back().strStatusMsg, c.reason);
     tagBrokerOrder back;
-    ASSERT_EQ(ex.GetOrder(back, "880001", "9999", o.strOrderID), 1);
+    ASSERT_EQ(r.ex.GetOrder(back, "880001", "9999", o.strOrderID), 1);
     EXPECT_EQ(back.nStatus, kOrderRejected);
     std::vector<tagBrokerOrder> open;
-    ex.GetOpenOrders(open, "880001", "9999", {});
+    r.ex.GetOpenOrders(open, "880001", "9999", {});
     EXPECT_TRUE(open.empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Sim, RejectTable, ::testing::ValuesIn(kRejectCases),
                          [](const auto& info) { return std::string(info.param.name); });
 
-TEST(SimReject, NotLoggedOnBooksNothing) {
-    ManualClock clock(localMs(10, 0, 0));
-    SimExchange ex(clock, quietOptions());
-    RecordingSink sink;
-    ex.setEventSink(&sink);
-    ex.logoff("880001");
-    ex.deliverPending();
-    sink.lines.clear();
+TEST(SimReject, NotLoggedOnOrUnknownAccountBooksNothing) {
+    Rig r;
+    r.ex.logoff("880001");
+    r.ex.deliverPending();
+    r.sink.lines.clear();
     auto o = order(kIF, kDirBuy, kOpen, 1, 5230);
-    EXPECT_EQ(ex.SendOrder(o), 0);
+    EXPECT_EQ(r.ex.SendOrder(o), 0);
     EXPECT_EQ(o.nStatus, kOrderRejected);
     EXPECT_EQ(o.strStatusMsg, simtext::kNotLoggedOn);
     EXPECT_TRUE(o.strOrderID.empty());
-    ex.deliverPending();
-    EXPECT_TRUE(sink.lines.empty());
+    r.ex.deliverPending();
+    EXPECT_TRUE(r.sink.lines.empty());
     auto u = order(kIF, kDirBuy, kOpen, 1, 5230, "123456");
-    EXPECT_EQ(ex.SendOrder(u), 0);
+    EXPECT_EQ(r.ex.SendOrder(u), 0);
     EXPECT_EQ(u.strStatusMsg, simtext::kUnknownAccount);
 }
 
-TEST(SimReject, InsideTheBandAtTheLimitsIsAccepted) {
-    ManualClock clock(localMs(10, 0, 0));
-    SimExchange ex(clock, quietOptions());
+TEST(SimReject, PricesAtTheLimitsAreAccepted) {
+    Rig r;
     auto up = order(kIF, kDirBuy, kOpen, 1, 5737.8);
     auto lo = order(kIF, kDirSell, kOpen, 1, 4694.6);
-    EXPECT_EQ(ex.SendOrder(up), 1);
+    EXPECT_EQ(r.ex.SendOrder(up), 1);
     EXPECT_EQ(up.nStatus, kOrderQueued);
-    EXPECT_EQ(ex.SendOrder(lo), 1);
+    EXPECT_EQ(r.ex.SendOrder(lo), 1);
 }
 
 // ---- Close versus close today ---------------------------------------------------------------
 
+// rb2105 (exchange 0 keeps yesterday and today apart): 880002 holds 5 long from yesterday.
+// IF2101 (exchange 3 closes yesterday then today): 880001 gets 1 long seeded as yesterday's.
+// Both then buy `openToday` lots before the close.
 struct CloseCase {
     const char* name;
     tagSymbol symbol;
-    double openToday;     // long lots bought today first (filled at once)
+    double openToday;
     int closeFlag;
     double closeVolume;
     bool accepted;
-    std::string after;    // "L<long>/<today>" after the close fills
+    std::string after;
 };
 
-// Long positions with a yesterday part, closed with kClose or kCloseToday.
 const CloseCase kCloseCases[] = {
-    {"ShfeCloseTakesYesterdayOnly", kRB, 2, kClose, 5, true, "L2/2"},
-    {"ShfeCloseMoreThanYesterdayRefused", kRB, 2, kClose, 6, false, "L7/2"},
-    {"ShfeCloseTodayTakesToday", kRB, 2, kCloseToday, 2, true, "L5/0"},
-    {"ShfeCloseTodayMoreThanTodayRefused", kRB, 2, kCloseToday, 3, false, "L7/2"},
-    {"CffexCloseTakesYesterdayThenToday", kIF, 2, kClose, 2, true, "L1/1"},
-    {"CffexCloseMoreThanHeldRefused", kIF, 2, kClose, 4, false, "L3/2"},
-    {"CffexCloseTodayTakesToday", kIF, 2, kCloseToday, 1, true, "L2/1"},
+    {"ShfeCloseTakesYesterdayOnly", kRB, 2, kClose, 5, true, "L2/2 S0/0"},
+    {"ShfeCloseMoreThanYesterdayRefused", kRB, 2, kClose, 6, false, "L7/2 S0/0"},
+    {"ShfeCloseTodayTakesToday", kRB, 2, kCloseToday, 2, true, "L5/0 S0/0"},
+    {"ShfeCloseTodayMoreThanTodayRefused", kRB, 2, kCloseToday, 3, false, "L7/2 S0/0"},
+    {"CffexCloseTakesYesterdayThenToday", kIF, 2, kClose, 2, true, "L1/1 S0/0"},
+    {"CffexCloseMoreThanHeldRefused", kIF, 2, kClose, 4, false, "L3/2 S0/0"},
+    {"CffexCloseTodayTakesToday", kIF, 2, kCloseToday, 1, true, "L2/1 S0/0"},
 };
 
 class CloseTable : public ::testing::TestWithParam<CloseCase> {};
 
 TEST_P(CloseTable, CloseRespectsTodaysPart) {
     const CloseCase& c = GetParam();
-    ManualClock clock(localMs(10, 0, 0));
-    SimExchange ex(clock, quietOptions());
-    IModuleFutureTrader::ITickEx q;
-    ASSERT_EQ(ex.GetMarketQuote(c.symbol, q), 1);
-    const double tick = c.symbol.strCode == "IF2101" ? 0.2 : 1.0;
-    const double px = c.symbol.strCode == "IF2101" ? 5230.0 : 4400.0;
-    ASSERT_TRUE(ex.applyQuote(quote(c.symbol, px, 100, px + tick, 100, px)));
-    // rb2105: 880002 holds 5 long from yesterday. IF2101: 880001 (the funds for three
-    // lots) gets one long lot seeded as yesterday's.
-    const std::string acct = c.symbol.strCode == "IF2101" ? "880001" : "880002";
-    if (acct == "880001") ex.seedYesterdayPosition(acct, c.symbol, kDirBuy, 1, px);
-    if (c.openToday > 0) {
-        auto o = order(c.symbol, kDirBuy, kOpen, c.openToday, px + tick, acct);
-        ASSERT_EQ(ex.SendOrder(o), 1) << o.strStatusMsg;
-    }
+    Rig r;
+    const bool isIF = c.symbol.strCode == "IF2101";
+    const double tick = isIF ? 0.2 : 1.0, px = isIF ? 5230.0 : 4400.0;
+    const std::string acct = isIF ? "880001" : "880002";
+    ASSERT_TRUE(r.ex.applyQuote(quote(c.symbol, px, 100, px + tick, 100, px)));
+    if (isIF) r.ex.seedYesterdayPosition(acct, c.symbol, kDirBuy, 1, px);
+    auto o = order(c.symbol, kDirBuy, kOpen, c.openToday, px + tick, acct);
+    ASSERT_EQ(r.ex.SendOrder(o), 1) << o.strStatusMsg;
     auto cl = order(c.symbol, kDirSell, c.closeFlag, c.closeVolume, px, acct);
-    EXPECT_EQ(ex.SendOrder(cl), c.accepted ? 1 : 0) << cl.strStatusMsg;
-    tagOpenedPosition p;
-    ASSERT_EQ(ex.GetPosition(p, acct, "9999", c.symbol), 1);
-    EXPECT_EQ("L" + fmt(p.dLong) + "/" + fmt(p.dLongToday), c.after);
+    EXPECT_EQ(r.ex.SendOrder(cl), c.accepted ? 1 : 0) << cl.strStatusMsg;
+    EXPECT_EQ(r.position(c.symbol, acct), c.after);
 }
 
 INSTANTIATE_TEST_SUITE_P(Sim, CloseTable, ::testing::ValuesIn(kCloseCases),
                          [](const auto& info) { return std::string(info.param.name); });
 
 TEST(SimClose, WorkingCloseOrdersFreezeThePosition) {
-    ManualClock clock(localMs(10, 0, 0));
-    SimExchange ex(clock, quietOptions());
-    ex.applyQuote(quote(kRB, 4400, 100, 4401, 100, 4400));
-    // 880002 holds 5 long rb2105 from yesterday: a resting close of 4 leaves 1 closable.
+    Rig r;
+    r.ex.applyQuote(quote(kRB, 4400, 100, 4401, 100, 4400));
+    // 880002 holds 5 long from yesterday: a resting close of 4 leaves 1 closable.
     auto a = order(kRB, kDirSell, kClose, 4, 4450, "880002");
-    ASSERT_EQ(ex.SendOrder(a), 1);
+    ASSERT_EQ(r.ex.SendOrder(a), 1);
     auto b = order(kRB, kDirSell, kClose, 2, 4450, "880002");
-    EXPECT_EQ(ex.SendOrder(b), 0);
+    EXPECT_EQ(r.ex.SendOrder(b), 0);
     EXPECT_EQ(b.strStatusMsg, simtext::kCloseExceeds);
-    // Cancelling releases the frozen quantity.
-    ASSERT_EQ(ex.DeleteOrder("880002", "9999", a.strOrderID), 1);
+    ASSERT_EQ(r.ex.DeleteOrder("880002", "9999", a.strOrderID), 1);  // releases the 4
     auto c = order(kRB, kDirSell, kClose, 5, 4450, "880002");
-    EXPECT_EQ(ex.SendOrder(c), 1);
+    EXPECT_EQ(r.ex.SendOrder(c), 1);
 }
 
 TEST(SimClose, CloseProfitAndSummary) {
-    ManualClock clock(localMs(10, 0, 0));
-    SimExchange ex(clock, quietOptions());
-    ex.applyQuote(quote(kIF, 5230.0, 10, 5230.2, 10, 5230.0));
+    Rig r;
+    r.ex.applyQuote(quote(kIF, 5230.0, 10, 5230.2, 10, 5230.0));
     auto o = order(kIF, kDirBuy, kOpen, 2, 5230.2);
-    ASSERT_EQ(ex.SendOrder(o), 1);
-    ex.applyQuote(quote(kIF, 5231.0, 10, 5231.2, 10, 5231.2));
-    tagAccountSummary s;
-    ASSERT_EQ(ex.GetAccountSummary(s, "880001", "9999"), 1);
+    ASSERT_EQ(r.ex.SendOrder(o), 1);
+    r.ex.applyQuote(quote(kIF, 5231.0, 10, 5231.2, 10, 5231.2));
+    tagAccountSummary s = r.summary();
     const double commission = 0.000023 * 5230.2 * 300 * 2;
     EXPECT_DOUBLE_EQ(s.dPreBalance, 1000000.0);
     EXPECT_NEAR(s.dPositionProfit, 1.0 * 300 * 2, 1e-6);
@@ -311,48 +254,41 @@ TEST(SimClose, CloseProfitAndSummary) {
     EXPECT_NEAR(s.dBalance, 1000000.0 + 600 - commission, 1e-6);
     EXPECT_NEAR(s.dAvailable, s.dBalance - s.dMargin, 1e-6);
     auto c = order(kIF, kDirSell, kClose, 2, 5231.0);
-    ASSERT_EQ(ex.SendOrder(c), 1);
-    ASSERT_EQ(ex.GetAccountSummary(s, "880001", "9999"), 1);
+    ASSERT_EQ(r.ex.SendOrder(c), 1);
+    s = r.summary();
     EXPECT_NEAR(s.dCloseProfit, 0.8 * 300 * 2, 1e-6);
     EXPECT_NEAR(s.dPositionProfit, 0, 1e-9);
     EXPECT_NEAR(s.dMargin, 0, 1e-9);
-    // A resting open order freezes funds.
-    auto r = order(kIF, kDirBuy, kOpen, 1, 5200.0);
-    ASSERT_EQ(ex.SendOrder(r), 1);
-    ASSERT_EQ(ex.GetAccountSummary(s, "880001", "9999"), 1);
-    EXPECT_NEAR(s.dFrozen, 5200.0 * 300 * 0.12 + 0.000023 * 5200.0 * 300, 1e-6);
-    ex.DeleteOrder("880001", "9999", r.strOrderID);
-    ASSERT_EQ(ex.GetAccountSummary(s, "880001", "9999"), 1);
-    EXPECT_NEAR(s.dFrozen, 0, 1e-6);
+    // A resting open order freezes margin and commission until it is cancelled.
+    auto rest = order(kIF, kDirBuy, kOpen, 1, 5200.0);
+    ASSERT_EQ(r.ex.SendOrder(rest), 1);
+    EXPECT_NEAR(r.summary().dFrozen, 5200.0 * 300 * 0.12 + 0.000023 * 5200.0 * 300, 1e-6);
+    r.ex.DeleteOrder("880001", "9999", rest.strOrderID);
+    EXPECT_NEAR(r.summary().dFrozen, 0, 1e-6);
 }
 
 TEST(SimOrders, IdentifiersFillsAndQueries) {
-    ManualClock clock(localMs(10, 0, 0));
-    SimExchange ex(clock, quietOptions());
-    ex.applyQuote(quote(kIF, 5230.0, 10, 5230.2, 10, 5230.0));
+    Rig r;
+    r.ex.applyQuote(quote(kIF, 5230.0, 10, 5230.2, 10, 5230.0));
     auto a = order(kIF, kDirBuy, kOpen, 1, 5230.2);
     auto b = order(kIF, kDirBuy, kOpen, 1, 5220.0);
-    ASSERT_EQ(ex.SendOrder(a), 1);
-    ASSERT_EQ(ex.SendOrder(b), 1);
-    EXPECT_EQ(a.strOrderID, "1");
-    EXPECT_EQ(b.strOrderID, "2");
+    ASSERT_EQ(r.ex.SendOrder(a), 1);
+    ASSERT_EQ(r.ex.SendOrder(b), 1);
+    EXPECT_EQ(a.strOrderID + " " + b.strOrderID, "1 2");
     std::vector<tagBargainOrder> fills;
-    ex.GetAllBargains(fills);
+    r.ex.GetAllBargains(fills);
     ASSERT_EQ(fills.size(), 1u);
-    EXPECT_EQ(fills[0].strContractNo, "1");
-    EXPECT_EQ(fills[0].strBargainNo, "F1");
-    EXPECT_EQ(fills[0].strRemark, "test");
+    EXPECT_EQ(fills[0].strContractNo + " " + fills[0].strBargainNo + " " + fills[0].strRemark,
+              "1 F1 test");
     std::vector<tagBrokerOrder> open;
-    ex.GetOpenOrders(open, "880001", "9999", kIF);
+    r.ex.GetOpenOrders(open, "880001", "9999", kIF);
     ASSERT_EQ(open.size(), 1u);
     EXPECT_EQ(open[0].strOrderID, "2");
-    std::vector<tagBrokerOrder> all;
-    ex.GetAllOrders(all);
-    EXPECT_EQ(all.size(), 2u);
-    EXPECT_EQ(ex.DeleteOrder("880001", "9999", "1"), 0);  // already filled
-    EXPECT_EQ(ex.DeleteOrder("880001", "9999", "99"), 0);
-    EXPECT_EQ(ex.DeleteOrder("880002", "9999", "2"), 0);  // another account's
-    EXPECT_EQ(ex.stats().restingOrders, 1u);
+    EXPECT_EQ(r.allOrders().size(), 2u);
+    EXPECT_EQ(r.ex.DeleteOrder("880001", "9999", "1"), 0);  // already filled
+    EXPECT_EQ(r.ex.DeleteOrder("880001", "9999", "99"), 0);
+    EXPECT_EQ(r.ex.DeleteOrder("880002", "9999", "2"), 0);  // another account's
+    EXPECT_EQ(r.ex.stats().restingOrders, 1u);
 }
 
 }  // namespace

@@ -1,7 +1,10 @@
-// Helpers shared by the SimExchange tests: a clock at a fixed local time, quotes, orders and
-// a sink that records every delivery as a line of text.
+// Helpers shared by the SimExchange tests: an exchange at a fixed local time with a quiet
+// market, quotes, orders, and a sink that records every delivery as a line of text.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -17,7 +20,6 @@ namespace simtest {
 inline std::int64_t localMs(int hh, int mm, int ss, int ms = 0) {
     std::tm tm{};
     tm.tm_year = 121;
-    tm.tm_mon = 0;
     tm.tm_mday = 4;
     tm.tm_hour = hh;
     tm.tm_min = mm;
@@ -46,14 +48,30 @@ inline tagBrokerOrder order(const tagSymbol& s, int dir, int oc, double vol, dou
     o.strAccountID = account;
     o.strBrokerID = "9999";
     o.nExchangeID = s.wExchangeID;
-    o.strSymbolText = s.strCode;
-    o.strCode = s.strCode;
+    o.strSymbolText = o.strCode = s.strCode;
     o.nDirection = dir;
     o.nOpenClose = oc;
     o.dVolume = vol;
     o.dPrice = price;
     o.strRemark = "test";
     return o;
+}
+
+// An IF2101 server trigger order of 880001 for one lot; price 0 is at market.
+inline tagTriggerOrder trigger(int type, int dir, double trig, double px) {
+    tagTriggerOrder t;
+    t.strAccountID = "880001";
+    t.strBrokerID = "9999";
+    t.nExchangeID = 3;
+    t.strSymbolText = t.strCode = "IF2101";
+    t.nDirection = dir;
+    t.nOpenClose = kOpen;
+    t.dVolume = 1;
+    t.dPrice = px;
+    t.dTriggerPrice = trig;
+    t.nTriggerType = type;
+    t.strRemark = "server trigger";
+    return t;
 }
 
 inline std::string fmt(double v) {
@@ -63,7 +81,8 @@ inline std::string fmt(double v) {
 }
 
 // Records deliveries: "2 <id> <status> <filled>", "4 <contract> <vol>@<price>",
-// "1000 <code> <last>", "W <hWnd> <msg> <code>", "L <code> <account>", "T <id> <status>".
+// "1000 <code> <last>", "W <hWnd> <msg> <wParam> <code>", "L <code> <account>",
+// "T <id> <status>"; and the deepest nesting of handler calls seen.
 class RecordingSink : public ISimEventSink {
 public:
     std::vector<std::string> lines;
@@ -74,49 +93,38 @@ public:
 
     void onDataChange(std::uint32_t code, std::uintptr_t data) override {
         Enter e(*this);
-        switch (code) {
-            case kEventOrderChanged: {
-                const auto& o = *reinterpret_cast<const tagBrokerOrder*>(data);
-                orders.push_back(o);
-                lines.push_back("2 " + o.strOrderID + " " + std::to_string(o.nStatus) + " " +
-                                fmt(o.dFilledVolume));
-                break;
-            }
-            case kEventNewFill: {
-                const auto& b = *reinterpret_cast<const tagBargainOrder*>(data);
-                fills.push_back(b);
-                lines.push_back("4 " + b.strContractNo + " " + fmt(b.dVolume) + "@" +
-                                fmt(b.dPrice));
-                break;
-            }
-            case kEventQuote: {
-                const auto& t = *reinterpret_cast<const IModuleFutureTrader::ITickEx*>(data);
-                lines.push_back("1000 " + t.strCode + " " + fmt(t.dLast));
-                break;
-            }
-            case kSimEventTriggerChanged: {
-                const auto& t = *reinterpret_cast<const tagTriggerOrder*>(data);
-                lines.push_back("T " + t.strOrderID + " " + std::to_string(t.nStatus));
-                break;
-            }
-            default:
-                lines.push_back("? " + std::to_string(code));
+        if (code == kEventOrderChanged) {
+            const auto& o = *reinterpret_cast<const tagBrokerOrder*>(data);
+            orders.push_back(o);
+            lines.push_back("2 " + o.strOrderID + " " + std::to_string(o.nStatus) + " " +
+                            fmt(o.dFilledVolume));
+        } else if (code == kEventNewFill) {
+            const auto& b = *reinterpret_cast<const tagBargainOrder*>(data);
+            fills.push_back(b);
+            lines.push_back("4 " + b.strContractNo + " " + fmt(b.dVolume) + "@" + fmt(b.dPrice));
+        } else if (code == kEventQuote) {
+            const auto& t = *reinterpret_cast<const IModuleFutureTrader::ITickEx*>(data);
+            lines.push_back("1000 " + t.strCode + " " + fmt(t.dLast));
+        } else if (code == kSimEventTriggerChanged) {
+            const auto& t = *reinterpret_cast<const tagTriggerOrder*>(data);
+            lines.push_back("T " + t.strOrderID + " " + std::to_string(t.nStatus));
+        } else {
+            lines.push_back("? " + std::to_string(code));
         }
         afterData(code, data);
     }
     void onLogonStateChange(std::uint32_t code, std::uintptr_t data) override {
         Enter e(*this);
-        const auto& a = *reinterpret_cast<const tagAccoutInfo*>(data);
-        lines.push_back("L " + std::to_string(code) + " " + a.strAccountID);
+        lines.push_back("L " + std::to_string(code) + " " +
+                        reinterpret_cast<const tagAccoutInfo*>(data)->strAccountID);
     }
     void onWindowMessage(std::uint32_t hWnd, std::uint32_t msg, std::uintptr_t wParam,
                          std::uintptr_t lParam) override {
         Enter e(*this);
-        const auto& t = *reinterpret_cast<const IModuleFutureTrader::ITickEx*>(lParam);
         lines.push_back("W " + std::to_string(hWnd) + " " + std::to_string(msg) + " " +
-                        std::to_string(wParam) + " " + t.strCode);
+                        std::to_string(wParam) + " " +
+                        reinterpret_cast<const IModuleFutureTrader::ITickEx*>(lParam)->strCode);
     }
-    // Lines starting with prefix.
     std::vector<std::string> with(const std::string& prefix) const {
         std::vector<std::string> out;
         for (const auto& l : lines)
@@ -130,11 +138,40 @@ protected:
 private:
     struct Enter {
         RecordingSink& s;
-        explicit Enter(RecordingSink& r) : s(r) {
-            if (++s.depth > s.maxDepth) s.maxDepth = s.depth;
-        }
+        explicit Enter(RecordingSink& r) : s(r) { s.maxDepth = std::max(s.maxDepth, ++s.depth); }
         ~Enter() { --s.depth; }
     };
+};
+
+// An exchange at 10:00 with no random walk, delivering to `sink`.
+struct Rig {
+    ManualClock clock{localMs(10, 0, 0)};
+    SimExchange ex{clock, quietOptions()};
+    RecordingSink sink;
+    Rig() { ex.setEventSink(&sink); }
+
+    // "L<long>/<today> S<short>/<today>" of an account's position.
+    std::string position(const tagSymbol& s, const std::string& account = "880001") {
+        tagOpenedPosition p;
+        if (ex.GetPosition(p, account, "9999", s) != 1) return "none";
+        return "L" + fmt(p.dLong) + "/" + fmt(p.dLongToday) + " S" + fmt(p.dShort) + "/" +
+               fmt(p.dShortToday);
+    }
+    tagAccountSummary summary() {
+        tagAccountSummary s;
+        EXPECT_EQ(ex.GetAccountSummary(s, "880001", "9999"), 1);
+        return s;
+    }
+    std::vector<tagBrokerOrder> allOrders() {
+        std::vector<tagBrokerOrder> v;
+        ex.GetAllOrders(v);
+        return v;
+    }
+    tagTriggerOrder triggerOf(const std::string& id) {
+        tagTriggerOrder t;
+        EXPECT_EQ(ex.GetTriggerOrder(t, "880001", "9999", id), 1) << id;
+        return t;
+    }
 };
 
 }  // namespace simtest
