@@ -2,14 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
-#include "app/helmsman_manage.h"
 #include "host/clock.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
-#include "support/scripted.h"
-#include "support/temp_dir.h"
 
 namespace {
 
@@ -49,8 +44,6 @@ TEST(BargainDialog, TitleAndBodyByDirectionAndOpenClose) {
          "买入IF2406合约1张[合同号:1002],成交价格:3000.0"},
         {fill("au2412", kDirSell, kOpen, 3, 560.4, "1003", "8002"), "[8002]开仓卖出成交",
          "卖出au2412合约3张[合同号:1003],成交价格:560.40"},
-        {fill("rb2410", kDirSell, kCloseToday, 10, 3650, "1004"), "[8001]平仓卖出成交",
-         "卖出rb2410合约10张[合同号:1004],成交价格:3650"},
         // Anything but 1 is a sell; any non-zero flag is a close.
         {fill("rb2410", 0, 7, 1, 3651, "1005"), "[8001]平仓卖出成交",
          "卖出rb2410合约1张[合同号:1005],成交价格:3651"},
@@ -68,7 +61,7 @@ TEST(BargainDialog, TitleAndBodyByDirectionAndOpenClose) {
     }
 }
 
-TEST(BargainDialog, ThreeFillsInArrivalOrderAndThePrecisionIsAskedOncePerContract) {
+TEST(BargainDialog, GrowingListKeepsArrivalOrderAndAsksThePrecisionOncePerContract) {
     FakeHost host = hostWithContracts();
     CBargainDialog dlg(&host);
     std::vector<tagBargainOrder> fills = {fill("IF2406", kDirBuy, kOpen, 1, 3001.4, "A"),
@@ -81,8 +74,7 @@ TEST(BargainDialog, ThreeFillsInArrivalOrderAndThePrecisionIsAskedOncePerContrac
     at.tm_hour = 9;
     at.tm_min = 30;
     at.tm_sec = 5;
-    at.tm_isdst = -1;
-    fills[0].tTime = fromLocalTm(at);
+    fills[0].tTime = fromLocalTm(at);  // 09:30:05 local
     // The manager hands over its whole, growing list each time.
     std::vector<tagBargainOrder> shown;
     for (const auto& f : fills) {
@@ -93,7 +85,6 @@ TEST(BargainDialog, ThreeFillsInArrivalOrderAndThePrecisionIsAskedOncePerContrac
     EXPECT_EQ(dlg.entries()[0].body, "买入IF2406合约1张[合同号:A],成交价格:3001.4");
     EXPECT_EQ(dlg.entries()[1].body, "卖出au2412合约2张[合同号:B],成交价格:560.50");
     EXPECT_EQ(dlg.entries()[2].body, "卖出IF2406合约1张[合同号:C],成交价格:3002.0");
-    EXPECT_EQ(dlg.entries()[2].title, "[8001]平仓卖出成交");
     EXPECT_EQ(dlg.entries()[0].time, "09:30:05");
     EXPECT_EQ(dlg.entries()[1].time, "");  // no time from the host
     EXPECT_EQ(host.callsStartingWith("GetSymbolProperty").size(), 2u);
@@ -102,53 +93,6 @@ TEST(BargainDialog, ThreeFillsInArrivalOrderAndThePrecisionIsAskedOncePerContrac
     dlg.setFills({fills[2]});
     ASSERT_EQ(dlg.size(), 1u);
     EXPECT_EQ(dlg.entries()[0].body, "卖出IF2406合约1张[合同号:C],成交价格:3002.0");
-}
-
-// The manager decides whether the notice is shown; the notice shows what it is given.
-class FillNoticeThroughManager : public ::testing::Test {
-protected:
-    void SetUp() override {
-        std::filesystem::create_directories(m_dir / "user" / "u");
-        m_manager.init(0, &m_host, m_dir.string(), "u", 0);
-        m_manager.setUi(&m_ui);
-    }
-    void showFills(bool on) {
-        HelmsmanSettings s = m_manager.settings();
-        s.bShowFilledOrder = on;
-        m_manager.saveSettings(s);
-    }
-
-    TempDir m_dir{"helmsman_fill"};
-    FakeHost m_host = hostWithContracts();
-    CHelmsmanManage m_manager;
-    ScriptedUi m_ui;
-};
-
-TEST_F(FillNoticeThroughManager, ThreeFillsMakeOneNoticeWithThreeEntriesInOrder) {
-    showFills(true);
-    const tagBargainOrder fills[] = {fill("IF2406", kDirBuy, kOpen, 1, 3001.4, "A"),
-                                     fill("IF2406", kDirBuy, kOpen, 2, 3001.6, "B"),
-                                     fill("IF2406", kDirSell, kClose, 3, 3002, "C")};
-    for (const auto& f : fills)
-        m_manager.dataChange(kEventNewFill, reinterpret_cast<std::uintptr_t>(&f));
-    m_manager.dataChange(kEventNewFill, 0);  // null data shows nothing
-
-    ASSERT_EQ(m_ui.noticeShows.size(), 3u);
-    CBargainDialog notice(&m_host);
-    for (const auto& list : m_ui.noticeShows) notice.setFills(list);
-    ASSERT_EQ(notice.size(), 3u);
-    EXPECT_EQ(notice.fills()[0].strContractNo, "A");
-    EXPECT_EQ(notice.fills()[1].strContractNo, "B");
-    EXPECT_EQ(notice.fills()[2].strContractNo, "C");
-    EXPECT_EQ(notice.entries()[2].title, "[8001]平仓卖出成交");
-}
-
-TEST_F(FillNoticeThroughManager, SwitchedOffNothingIsShownOrKept) {
-    showFills(false);
-    const tagBargainOrder f = fill("IF2406", kDirBuy, kOpen, 1, 3001.4, "A");
-    m_manager.dataChange(kEventNewFill, reinterpret_cast<std::uintptr_t>(&f));
-    EXPECT_TRUE(m_ui.noticeShows.empty());
-    EXPECT_TRUE(m_manager.noticeFills().empty());
 }
 
 }  // namespace

