@@ -19,9 +19,7 @@ public:
     std::vector<tagOpenedPosition> positions;
     std::vector<tagBrokerOrder> orders;  // every order of the day (sent ones are appended)
     std::vector<tagTriggerOrder> triggerOrders;
-    std::vector<tagBargainOrder> bargains;
     std::map<std::string, tagAccountSummary> summaries;  // by account id
-    std::map<std::string, std::string> config;           // "file|section|key" -> value
     int sendOrderResult = 1;
     int sendTriggerResult = 1;
     int positionResult = 1;
@@ -152,7 +150,7 @@ public:
     }
     int GetAllBargains(std::vector<tagBargainOrder>& out) override {
         calls.push_back("GetAllBargains");
-        out = bargains;
+        out.clear();
         return 1;
     }
     int GetAccountSummary(tagAccountSummary& s, const std::string& k1,
@@ -184,13 +182,10 @@ public:
         b.strName = "Broker " + id;
         return 1;
     }
-    bool GetConfigFileProperty(const std::string& file, const std::string& section,
-                               const std::string& key, std::string& value) override {
+    bool GetConfigFileProperty(const std::string&, const std::string&, const std::string& key,
+                               std::string&) override {
         calls.push_back("GetConfigFileProperty " + key);
-        auto it = config.find(file + "|" + section + "|" + key);
-        if (it == config.end()) return false;
-        value = it->second;
-        return true;
+        return false;
     }
     int QueryInterface(std::uint32_t req, std::uint32_t arg, std::uint8_t flag,
                        void* data) override {

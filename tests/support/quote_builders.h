@@ -47,10 +47,6 @@ public:
         m_tick.dLast = price;
         return *this;
     }
-    TickBuilder& volume(double dayVolume) {
-        m_tick.dVolume = dayVolume;
-        return *this;
-    }
     TickBuilder& limits(double lower, double upper) {
         m_tick.dLowerLimit = lower;
         m_tick.dUpperLimit = upper;
@@ -61,7 +57,6 @@ public:
         return *this;
     }
 
-    const IModuleFutureTrader::ITickEx& tick() const { return m_tick; }
     operator IModuleFutureTrader::ITickEx() const { return m_tick; }
 
 private:

@@ -15,19 +15,17 @@
 class ScriptedPrompter : public IPrompter {
 public:
     struct Box {
-        bool question;
         std::string caption;
         std::string text;
-        PromptIcon icon;
     };
     std::vector<Box> boxes;
     std::deque<bool> answers;  // consumed by ask(); No when empty
 
-    void inform(const std::string& caption, const std::string& text, PromptIcon icon) override {
-        boxes.push_back({false, caption, text, icon});
+    void inform(const std::string& caption, const std::string& text, PromptIcon) override {
+        boxes.push_back({caption, text});
     }
-    bool ask(const std::string& caption, const std::string& text, PromptIcon icon) override {
-        boxes.push_back({true, caption, text, icon});
+    bool ask(const std::string& caption, const std::string& text, PromptIcon) override {
+        boxes.push_back({caption, text});
         if (answers.empty()) return false;
         bool a = answers.front();
         answers.pop_front();
@@ -43,9 +41,8 @@ public:
     bool acceptConfirm = true;
     bool algoCentreAvailable = true;
     std::vector<std::string> log;
-    std::vector<tagBrokerOrder> confirmed;  // orders shown in a confirmation
-    std::vector<tagTriggerOrder> confirmedTriggers;
-    std::vector<tagBrokerOrder> toAlgo;     // orders handed to the algo centre
+    std::vector<tagBrokerOrder> confirmed;                  // orders shown in a confirmation
+    std::vector<tagBrokerOrder> toAlgo;                     // orders handed to the algo centre
     std::vector<std::vector<tagBargainOrder>> noticeShows;  // list each time the notice showed
     // Applied to a batch inside confirmBatch, as a user's in-place edit would.
     std::function<void(std::vector<tagBrokerOrder>&)> editBatch;
@@ -63,9 +60,8 @@ public:
         confirmed.insert(confirmed.end(), orders.begin(), orders.end());
         return acceptConfirm;
     }
-    bool confirmTriggerOrder(const tagTriggerOrder& o, const std::string& caller) override {
+    bool confirmTriggerOrder(const tagTriggerOrder&, const std::string& caller) override {
         log.push_back("confirmTriggerOrder " + caller);
-        confirmedTriggers.push_back(o);
         return acceptConfirm;
     }
     void showSameConfirm(const std::vector<tagBrokerOrder>& orders,

@@ -36,7 +36,6 @@ public:
     TempDir(const TempDir&) = delete;
     TempDir& operator=(const TempDir&) = delete;
 
-    const std::filesystem::path& path() const { return m_path; }
     std::string string() const { return m_path.string(); }
     std::filesystem::path operator/(const std::filesystem::path& child) const {
         return m_path / child;
