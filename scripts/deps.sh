@@ -1,13 +1,9 @@
 #!/usr/bin/env bash
-# Installs the Debian packages Helmsman needs, only those that are missing.
+# Installs the Debian packages Helmsman needs (scripts/packages.txt), only those missing.
 set -euo pipefail
+cd "$(dirname "$0")"
 
-packages=(
-    g++ cmake ninja-build pkg-config
-    qt6-base-dev qt6-charts-dev libgl-dev
-    libgtest-dev libgmock-dev libbenchmark-dev
-    fonts-noto-cjk
-)
+mapfile -t packages < <(grep -v '^\s*#' packages.txt | grep -v '^\s*$')
 
 missing=()
 for p in "${packages[@]}"; do
