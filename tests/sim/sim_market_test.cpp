@@ -123,7 +123,7 @@ TEST(SimWalk, PreOpenHasOnlyTheFallbackPrices) {
 // ---- Replay -------------------------------------------------------------------------------
 
 TEST(SimReplay, TicksPlayByTimeOfDay) {
-    const auto p = std::filesystem::path(HELMSMAN_DATA_DIR) / "ticks" / "IF2101_20210104.csv";
+    const auto p = dataDir() / "ticks" / "IF2101_20210104.csv";
     if (!std::filesystem::exists(p)) GTEST_SKIP() << "no data at " << p;
     ManualClock clock(localMs(9, 30, 0));
     SimExchange ex(clock, quietOptions());

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "sim/tick_file.h"
+#include "sim_test_util.h"
 
 namespace {
 
@@ -116,7 +117,7 @@ struct RealFile {
 class TickRealFiles : public ::testing::TestWithParam<RealFile> {};
 
 TEST_P(TickRealFiles, ParsesWithItsTickCount) {
-    std::filesystem::path p = std::filesystem::path(HELMSMAN_DATA_DIR) / "ticks" / GetParam().file;
+    std::filesystem::path p = simtest::dataDir() / "ticks" / GetParam().file;
     if (!std::filesystem::exists(p)) GTEST_SKIP() << "no data at " << p;
     std::vector<sim::TickRecord> out;
     sim::TickParseReport rep;
