@@ -31,7 +31,7 @@ SimContract makeContract(std::uint16_t ex, const char* code, const char* name, f
 namespace simdetail {
 
 std::vector<SimContract> defaultCatalogue() {
-    return {
+    std::vector<SimContract> out{
         // 上海期货交易所
         makeContract(0, "rb2105", "螺纹钢2105", 1.0f, 10, 0.10, 4402, 0.05, 0, 0.0001, 60),
         makeContract(0, "cu2102", "沪铜2102", 10.0f, 5, 0.10, 58120, 0.06, 0, 0.00005, 12),
@@ -52,6 +52,8 @@ std::vector<SimContract> defaultCatalogue() {
         makeContract(3, "IF2012", "沪深300指数2012(已到期)", 0.2f, 300, 0.12, 5045.0, 0.10, 0,
                      0.000023, 0, false),
     };
+    out.back().expired = true;
+    return out;
 }
 
 }  // namespace simdetail

@@ -6,7 +6,15 @@
 //   2 郑州商品交易所, 3 中国金融期货交易所 — the index-futures exchange, pre-open 09:10,
 //   open 09:15), with their real price unit, minimum move (1), multiplier, margin rate, a
 //   previous settlement and the day's limit band (pre-settle ± limit%, rounded inward to the
-//   tick). One expired contract (IF2012, 已到期) is listed with bTradable = false.
+//   tick). One expired contract (IF2012, 已到期) is listed with bTradable = false and
+//   SimContract::expired: its last price is its final settlement, it has no book and never
+//   ticks, orders in it are refused and it cannot be replayed.
+// - Trading sessions: each exchange keeps its day sessions from host/trading_session.h (no
+//   night sessions). Outside continuous trading orders are accepted and rest, but nothing
+//   matches and no server trigger is released; the first quote round inside a session
+//   matches them. The random walk pauses in breaks, after the close and before the call
+//   auction: a contract that does not move queues no quote. Replayed ticks play at any hour
+//   (they are what the exchange recorded), matching still follows the sessions.
 // - Two demo accounts, 880001 "模拟账户一" and 880002 "模拟账户二" (broker 9999, "模拟期货公司"),
 //   password "888888", funds 1,000,000 and 500,000, both logged on at construction unless
 //   SimOptions says otherwise. 880002 holds 5 long rb2105 and 1 short IF2101 from yesterday,
@@ -15,10 +23,11 @@
 //   or replay of recorded ticks (loadTickFile) against the injected clock's time of day: a
 //   tick whose HH:MM:SS.mmm <= the clock's local time of day is due; every due tick is
 //   applied and matched in turn, and one quote event per contract and step carries the last.
-//   Prices are always on the tick grid and inside the limit band. In the pre-open window of
-//   the contract's exchange (08:55–09:00, or 09:10–09:15 on exchange 3) the last price, bid
-//   and ask are 0 and only the fallbacks move: dPreOpenPrice1 = indicative open,
-//   dPreOpenPrice2 = previous close. Outside it dPreOpenPrice1 is the day's open.
+//   Prices are always on the tick grid and inside the limit band. Until the first session
+//   of the day opens (the call auction 08:55–09:00, or 09:10–09:15 on exchange 3, and the
+//   time before it) the last price, bid and ask are 0 and only the fallbacks move:
+//   dPreOpenPrice1 = indicative open, dPreOpenPrice2 = previous close. Once open,
+//   dPreOpenPrice1 is the day's open.
 // - Matching (one level book, the touch):
 //     * A new limit buy at P fills at the ask when P >= ask, up to the ask volume still
 //       available this round; a sell likewise against the bid. The rest rests at P.
@@ -193,8 +202,10 @@ public:
 
     // Replays a recorded tick file for `symbol` (empty: the code from the file name, on the
     // exchange that lists it). Ticks play by time of day against the clock; limits,
-    // pre-settle and pre-close come from the file when present. Returns false (report says
-    // why) when the file cannot be read, the contract is unknown or no tick parsed.
+    // pre-settle and pre-close come from the file when present. Returns false with the
+    // reason in report->error, fit to show the user: the file cannot be read, the contract
+    // is unknown or expired, the file has no tick lines, or every line was skipped (the
+    // count and the first reasons).
     bool loadTickFile(const std::string& path, const tagSymbol& symbol = {},
                       sim::TickParseReport* report = nullptr);
     // Replays already parsed ticks (same rules).

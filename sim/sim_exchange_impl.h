@@ -198,10 +198,13 @@ struct SimExchange::Impl {
 
     // ---- Quotes (sim_market.cpp) ---------------------------------------------------------
     void initMarket(Market& m);
-    bool inPreOpen(const Market& m, std::int64_t nowMs) const;
+    // Where the contract's exchange is in its day at nowMs.
+    session::SessionState sessionAt(const Market& m, std::int64_t nowMs) const;
+    // Orders of the contract match only in continuous trading (at the clock's time).
+    bool matchingOpen(const Market& m) const;
     void openMarket(Market& m, std::int64_t nowMs);
     void setBook(Market& m);
-    void walk(Market& m, std::int64_t nowMs);
+    bool walk(Market& m, std::int64_t nowMs);
     void applyRecord(Market& m, const sim::TickRecord& r, std::int64_t dayMs);
     void setLimits(Market& m, double upper, double lower);
 

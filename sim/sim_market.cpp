@@ -37,14 +37,28 @@ void SimExchange::Impl::initMarket(Market& m) {
     if (!m.subs) m.subs = std::make_shared<const std::vector<std::uint32_t>>();
     std::int64_t now = clock.nowMs();
     m.q.tQuoteTime = now;
-    if (!inPreOpen(m, now)) openMarket(m, now);
+    if (c.expired) {
+        // Its last day is over: the final price stands, there is no book and no trading.
+        m.opened = true;
+        m.lastTicks = m.nearestTicks(c.preSettle);
+        m.q.dOpen = m.q.dHigh = m.q.dLow = m.q.dLast = m.price(m.lastTicks);
+        m.q.dPreOpenPrice1 = m.q.dLast;
+        return;
+    }
+    // Before the call auction the day has not begun (only the fallbacks show); later in the
+    // day the market has opened, whether it is trading now or not.
+    const auto state = sessionAt(m, now);
+    if (state != session::SessionState::NotOpen && state != session::SessionState::PreOpen)
+        openMarket(m, now);
 }
 
-bool SimExchange::Impl::inPreOpen(const Market& m, std::int64_t nowMs) const {
-    std::int32_t tod = timeOfDayMs(nowMs);
-    std::int32_t start =
-        m.c.symbol.wExchangeID == 3 ? (9 * 60 + 10) * 60000 : (8 * 60 + 55) * 60000;
-    return tod >= start && tod < start + 5 * 60000;
+session::SessionState SimExchange::Impl::sessionAt(const Market& m, std::int64_t nowMs) const {
+    return session::sessionState(m.c.symbol.wExchangeID, timeOfDayMs(nowMs));
+}
+
+bool SimExchange::Impl::matchingOpen(const Market& m) const {
+    return !m.c.expired && session::isTrading(m.c.symbol.wExchangeID, timeOfDayMs(clock.nowMs()),
+                                              m.c.symbol.strCode.c_str());
 }
 
 void SimExchange::Impl::openMarket(Market& m, std::int64_t nowMs) {
@@ -75,21 +89,28 @@ void SimExchange::Impl::setBook(Market& m) {
     m.q.dAskVol = m.q.dAsk > 0 ? vol(rng) : 0;
 }
 
-void SimExchange::Impl::walk(Market& m, std::int64_t nowMs) {
-    m.q.tQuoteTime = nowMs;
+// One step of the walk; false when the contract does not tick now: expired, before the call
+// auction, in a break or after the close.
+bool SimExchange::Impl::walk(Market& m, std::int64_t nowMs) {
+    if (m.c.expired) return false;
+    const auto state = sessionAt(m, nowMs);
     if (!m.opened) {
-        if (inPreOpen(m, nowMs)) {
+        if (state == session::SessionState::PreOpen) {
+            m.q.tQuoteTime = nowMs;
             std::uniform_int_distribution<int> d(-1, 1);
             m.indicativeTicks = std::clamp<std::int64_t>(m.indicativeTicks + d(rng),
                                                          m.lowerTicks, m.upperTicks);
             m.q.dPreOpenPrice1 = m.price(m.indicativeTicks);
             m.q.dLast = m.q.dBid = m.q.dAsk = 0;
             m.q.dBidVol = m.q.dAskVol = 0;
-            return;
+            return true;
         }
+        if (state != session::SessionState::Trading) return false;
         openMarket(m, nowMs);
-        return;
+        return true;
     }
+    if (state != session::SessionState::Trading) return false;
+    m.q.tQuoteTime = nowMs;
     // Step of -2..+2 ticks, mostly 0 and ±1, with a slight pull back to the
     // pre-settlement so a long session does not drift into a limit.
     static constexpr int kMoves[] = {-2, -1, -1, 0, 0, 0, 0, 1, 1, 2};
@@ -112,6 +133,7 @@ void SimExchange::Impl::walk(Market& m, std::int64_t nowMs) {
     std::uniform_int_distribution<int> oi(-static_cast<int>(lots), static_cast<int>(lots));
     m.q.dOpenInterest = std::max(0.0, m.q.dOpenInterest + oi(rng));
     setBook(m);
+    return true;
 }
 
 void SimExchange::Impl::applyRecord(Market& m, const sim::TickRecord& r, std::int64_t dayMs) {
@@ -206,8 +228,7 @@ void SimExchange::step() {
             if (any) d.queueQuote(mi);
             continue;
         }
-        if (!d.randomWalk) continue;
-        d.walk(m, now);
+        if (!d.randomWalk || !d.walk(m, now)) continue;
         d.round(mi);
         d.queueQuote(mi);
     }
@@ -247,39 +268,38 @@ bool SimExchange::loadTickFile(const std::string& path, const tagSymbol& symbol,
                                sim::TickParseReport* report) {
     sim::TickParseReport local;
     sim::TickParseReport& rep = report ? *report : local;
-    tagSymbol sym = symbol;
-    if (sym.strCode.empty()) {
-        std::string code = sim::symbolCodeFromTickPath(path);
-        SIM_LOCK;
-        bool found = false;
-        for (const auto& m : d.markets)
-            if (m.c.symbol.strCode == code) {
-                sym = m.c.symbol;
-                found = true;
-                break;
-            }
-        if (!found) {
-            rep.error = "unknown contract " + code;
-            return false;
-        }
-    }
     std::vector<sim::TickRecord> ticks;
     if (!sim::parseTickFile(path, ticks, rep)) return false;  // parsed outside the lock
+    tagSymbol sym = symbol;
+    if (sym.strCode.empty()) sym.strCode = sim::symbolCodeFromTickPath(path);
+    {
+        SIM_LOCK;
+        std::size_t mi = symbol.strCode.empty() ? Impl::npos : d.findMarket(sym);
+        if (symbol.strCode.empty())
+            for (std::size_t i = 0; i < d.markets.size() && mi == Impl::npos; ++i)
+                if (d.markets[i].c.symbol.strCode == sym.strCode) mi = i;
+        if (mi == Impl::npos) {
+            rep.error = "unknown contract " + sym.strCode;
+            return false;
+        }
+        if (d.markets[mi].c.expired) {
+            rep.error = "contract " + sym.strCode + " has expired";
+            return false;
+        }
+        sym = d.markets[mi].c.symbol;
+    }
     if (ticks.empty()) {
-        rep.error = "no tick parsed";
+        rep.error = rep.linesRead == 0 ? std::string("no tick lines")
+                                       : "no usable tick: " + sim::skippedSummary(rep);
         return false;
     }
-    if (!loadTicks(sym, std::move(ticks))) {
-        rep.error = "unknown contract " + sym.strCode;
-        return false;
-    }
-    return true;
+    return loadTicks(sym, std::move(ticks));
 }
 
 bool SimExchange::loadTicks(const tagSymbol& symbol, std::vector<sim::TickRecord> ticks) {
     SIM_LOCK;
     std::size_t mi = d.findMarket(symbol);
-    if (mi == Impl::npos || ticks.empty()) return false;
+    if (mi == Impl::npos || ticks.empty() || d.markets[mi].c.expired) return false;
     auto& m = d.markets[mi];
     std::stable_sort(ticks.begin(), ticks.end(),
                      [](const auto& a, const auto& b) { return a.timeMs < b.timeMs; });

@@ -8,6 +8,7 @@ void SimExchange::Impl::round(std::size_t mi) {
     Market& m = markets[mi];
     m.availBid = m.q.dBid > 0 ? m.q.dBidVol : 0;
     m.availAsk = m.q.dAsk > 0 ? m.q.dAskVol : 0;
+    if (!matchingOpen(m)) return;  // outside the sessions orders rest and triggers wait
     matchResting(mi);
     evaluateTriggers(mi);
 }
@@ -262,7 +263,9 @@ void SimExchange::Impl::accept(std::size_t oi) {
     Order& o = orders[oi];
     Market& m = markets[o.market];
     double p = o.o.dPrice;
-    if (o.o.nDirection == kDirBuy) {
+    if (!matchingOpen(m)) {
+        // Taken outside the sessions: it rests and meets the market when trading resumes.
+    } else if (o.o.nDirection == kDirBuy) {
         if (isPricePresent(m.q.dAsk) && m.q.dAsk <= p + kPriceEpsilon && m.availAsk > kVolEps) {
             double qty = std::min(o.o.dVolume, m.availAsk);
             m.availAsk -= qty;

@@ -66,6 +66,7 @@ struct SimContract {
     double commissionPerLot = 0;     // fixed commission per lot, or
     double commissionRate = 0;       // a fraction of the traded value (whichever is non-zero)
     double typicalTouchVolume = 20;  // scale of the random walk's bid/ask volumes
+    bool expired = false;            // past its last trading day: listed, never ticks
 };
 
 // One demo account.
