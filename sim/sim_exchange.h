@@ -119,7 +119,8 @@ public:
     // tradable contracts. GetOpenOrders returns the working orders (status 1, 2, 7, 11).
     //
     // SendOrder books the order under a new identifier ("1", "2", ...) and matches it at
-    // once against the current touch; events follow through deliverPending. Written back:
+    // once against the current touch when its exchange is trading (else it rests); events
+    // follow through deliverPending. Written back:
     // strOrderID, nStatus, strStatusMsg, tUpdateTime (dFilledVolume stays as it was sent
     // with; the fills arrive as events). Returns 1 when accepted, with nStatus 1 (已报).
     // Returns 0 when refused:
