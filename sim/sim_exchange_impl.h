@@ -13,6 +13,7 @@
 #include <cmath>
 #include <deque>
 #include <functional>
+#include <limits>
 #include <map>
 #include <mutex>
 #include <random>
@@ -42,11 +43,6 @@ inline std::int32_t timeOfDayMs(std::int64_t nowMs) {
     std::tm tm = toLocalTm(sec);
     return ((tm.tm_hour * 60 + tm.tm_min) * 60 + tm.tm_sec) * 1000 +
            static_cast<std::int32_t>(nowMs - sec * 1000);
-}
-
-// Calendar milliseconds of local midnight of the day of nowMs.
-inline std::int64_t midnightMs(std::int64_t nowMs) {
-    return nowMs - timeOfDayMs(nowMs);
 }
 
 inline bool isWorking(std::int32_t s) {
@@ -198,6 +194,11 @@ struct SimExchange::Impl {
 
     // ---- Quotes (sim_market.cpp) ---------------------------------------------------------
     void initMarket(Market& m);
+    // Local time of day of nowMs. The broken-down local time is worked out once per second,
+    // not on every quote round.
+    std::int32_t timeOfDay(std::int64_t nowMs) const;
+    mutable std::int64_t todSecond = std::numeric_limits<std::int64_t>::min();
+    mutable std::int32_t todSecondMs = 0;
     // Where the contract's exchange is in its day at nowMs.
     session::SessionState sessionAt(const Market& m, std::int64_t nowMs) const;
     // Orders of the contract match only in continuous trading (at the clock's time).

@@ -52,12 +52,21 @@ void SimExchange::Impl::initMarket(Market& m) {
         openMarket(m, now);
 }
 
+std::int32_t SimExchange::Impl::timeOfDay(std::int64_t nowMs) const {
+    const std::int64_t sec = nowMs >= 0 ? nowMs / 1000 : (nowMs - 999) / 1000;
+    if (sec != todSecond) {
+        todSecond = sec;
+        todSecondMs = timeOfDayMs(sec * 1000);
+    }
+    return todSecondMs + static_cast<std::int32_t>(nowMs - sec * 1000);
+}
+
 session::SessionState SimExchange::Impl::sessionAt(const Market& m, std::int64_t nowMs) const {
-    return session::sessionState(m.c.symbol.wExchangeID, timeOfDayMs(nowMs));
+    return session::sessionState(m.c.symbol.wExchangeID, timeOfDay(nowMs));
 }
 
 bool SimExchange::Impl::matchingOpen(const Market& m) const {
-    return !m.c.expired && session::isTrading(m.c.symbol.wExchangeID, timeOfDayMs(clock.nowMs()),
+    return !m.c.expired && session::isTrading(m.c.symbol.wExchangeID, timeOfDay(clock.nowMs()),
                                               m.c.symbol.strCode.c_str());
 }
 
@@ -217,8 +226,8 @@ void SimExchange::step() {
     for (std::size_t mi = 0; mi < d.markets.size(); ++mi) {
         auto& m = d.markets[mi];
         if (m.replaying) {
-            const std::int32_t tod = timeOfDayMs(now);
-            const std::int64_t day = midnightMs(now);
+            const std::int32_t tod = d.timeOfDay(now);
+            const std::int64_t day = now - tod;
             bool any = false;
             while (m.next < m.ticks.size() && m.ticks[m.next].timeMs <= tod) {
                 d.applyRecord(m, m.ticks[m.next++], day);

@@ -106,10 +106,13 @@ TEST(SimWalk, SameSeedSameWalk) {
 }
 
 TEST(SimWalk, PreOpenHasOnlyTheFallbackPrices) {
-    ManualClock clock(localMs(9, 12, 0));
+    ManualClock clock(localMs(8, 0, 0));  // before the auction the day has not begun either
     SimExchange ex(clock);
-    ex.step();
     IModuleFutureTrader::ITickEx q;
+    ex.GetMarketQuote(kRB, q);
+    EXPECT_FALSE(isPricePresent(q.dLast));
+    clock.setNowMs(localMs(9, 12, 0));
+    ex.step();
     ex.GetMarketQuote(kIF, q);
     EXPECT_FALSE(isPricePresent(q.dLast));
     EXPECT_TRUE(isPricePresent(q.dPreOpenPrice1));

@@ -81,11 +81,10 @@ TEST(SimSession, RandomWalkPausesOutsideTheSessions) {
     SimExchange ex(clock);
     RecordingSink desk;
     ex.setDeskSink(&desk);
-    IModuleFutureTrader::ITickEx rb0, if0, q;
+    IModuleFutureTrader::ITickEx rb0, q;
 
     clock.setNowMs(localMs(10, 16, 0));  // commodity break; the financial exchange trades
     ex.GetMarketQuote(kRB, rb0);
-    ex.GetMarketQuote(kIF, if0);
     auto buy = order(kRB, kDirBuy, kOpen, 1, rb0.dUpperLimit);
     ASSERT_EQ(ex.SendOrder(buy), 1);
     for (int i = 0; i < 200; ++i) {
@@ -96,9 +95,7 @@ TEST(SimSession, RandomWalkPausesOutsideTheSessions) {
     EXPECT_TRUE(desk.with("1000 rb2105").empty());
     EXPECT_EQ(desk.with("1000 IF2101").size(), 200u);
     ex.GetMarketQuote(kRB, q);
-    EXPECT_EQ(q.dLast, rb0.dLast);
     EXPECT_EQ(q.dVolume, rb0.dVolume);
-    EXPECT_EQ(q.tQuoteTime, rb0.tQuoteTime);
     tagBrokerOrder back;
     ex.GetOrder(back, "880001", "9999", buy.strOrderID);
     EXPECT_EQ(back.nStatus, kOrderQueued);
@@ -117,27 +114,6 @@ TEST(SimSession, RandomWalkPausesOutsideTheSessions) {
     }
     ex.deliverPending();
     EXPECT_TRUE(desk.with("1000 ").empty());
-}
-
-// Before the call auction the day has not begun: no last price, nothing moves; the auction
-// moves only the indicative open.
-TEST(SimSession, BeforeTheAuctionNothingTrades) {
-    ManualClock clock(localMs(8, 0, 0));
-    SimExchange ex(clock);
-    ex.step();
-    IModuleFutureTrader::ITickEx q;
-    ex.GetMarketQuote(kRB, q);
-    EXPECT_FALSE(isPricePresent(q.dLast));
-    EXPECT_TRUE(isPricePresent(q.dPreOpenPrice2));
-    clock.setNowMs(localMs(8, 56, 0));
-    ex.step();
-    ex.GetMarketQuote(kRB, q);
-    EXPECT_FALSE(isPricePresent(q.dLast));
-    EXPECT_TRUE(isPricePresent(q.dPreOpenPrice1));
-    clock.setNowMs(localMs(9, 0, 0));
-    ex.step();
-    ex.GetMarketQuote(kRB, q);
-    EXPECT_TRUE(isPricePresent(q.dLast));
 }
 
 TEST(SimSession, ExpiredContractNeverTicksAndRefusesOrders) {
