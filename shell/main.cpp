@@ -106,6 +106,9 @@ int main(int argc, char** argv) {
 
     // The clock of the whole process, add-in included.
     SystemClock& clock = SystemClock::instance();
+    // The busy measurement needs a market that moves: unless told otherwise it runs at 10:00,
+    // inside every exchange's session.
+    if (opts.measureBusyMs > 0 && !opts.marketTime) opts.marketTime = QTime(10, 0);
     if (opts.marketTime) clock.setOffsetMs(marketTimeOffsetMs(*opts.marketTime, clock.nowMs()));
 
     const QString rootDir = opts.rootDir.isEmpty()
