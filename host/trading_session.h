@@ -28,11 +28,11 @@ constexpr std::int32_t hms(int h, int m, int s = 0) {
 
 // What an exchange is doing at a time of day.
 enum class SessionState : std::uint8_t {
-    NotOpen,   // before the day's pre-open auction
-    PreOpen,   // the opening call auction: orders are taken, nothing trades
-    Trading,   // continuous trading
-    Break,     // between two sessions of the day (mid-morning break, lunch)
-    Closed,    // after the day's last session
+    NotOpen,  // before the day's pre-open auction
+    PreOpen,  // the opening call auction: orders are taken, nothing trades
+    Trading,  // continuous trading
+    Break,    // between two sessions of the day (mid-morning break, lunch)
+    Closed,   // after the day's last session
 };
 
 // Short labels for the trader (status bars, quote boards).

@@ -37,7 +37,8 @@ double SimExchange::Impl::available(std::size_t ai) const {
     return s.dAvailable;
 }
 
-tagOpenedPosition SimExchange::Impl::positionRecord(std::size_t ai, std::size_t mi, const Position& p) const {
+tagOpenedPosition SimExchange::Impl::positionRecord(std::size_t ai, std::size_t mi,
+                                                    const Position& p) const {
     tagOpenedPosition r;
     r.strAccountID = accounts[ai].a.info.strAccountID;
     r.strBrokerID = accounts[ai].a.info.strBrokerID;

@@ -6,8 +6,8 @@ using namespace simdetail;
 
 void SimExchange::Impl::initMarket(Market& m) {
     const auto& c = m.c;
-    m.step = std::max<std::int64_t>(1, std::llround(static_cast<double>(c.detail.nMinMove) *
-                                                    c.detail.fPriceUnit * 10000.0));
+    m.step = std::max<std::int64_t>(
+        1, std::llround(static_cast<double>(c.detail.nMinMove) * c.detail.fPriceUnit * 10000.0));
     std::int64_t ps = std::llround(c.preSettle * 10000.0);
     double up = static_cast<double>(ps) * (1.0 + c.limitPct);
     double lo = static_cast<double>(ps) * (1.0 - c.limitPct);
@@ -107,8 +107,8 @@ bool SimExchange::Impl::walk(Market& m, std::int64_t nowMs) {
         if (state == session::SessionState::PreOpen) {
             m.q.tQuoteTime = nowMs;
             std::uniform_int_distribution<int> d(-1, 1);
-            m.indicativeTicks = std::clamp<std::int64_t>(m.indicativeTicks + d(rng),
-                                                         m.lowerTicks, m.upperTicks);
+            m.indicativeTicks =
+                std::clamp<std::int64_t>(m.indicativeTicks + d(rng), m.lowerTicks, m.upperTicks);
             m.q.dPreOpenPrice1 = m.price(m.indicativeTicks);
             m.q.dLast = m.q.dBid = m.q.dAsk = 0;
             m.q.dBidVol = m.q.dAskVol = 0;

@@ -28,17 +28,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     if (rep.linesRead != rep.ticks + rep.skipped) std::abort();
     if (out.size() != rep.ticks) std::abort();
-    const std::size_t errors =
-        rep.skipped < sim::TickParseReport::kMaxErrors ? rep.skipped : sim::TickParseReport::kMaxErrors;
+    const std::size_t errors = rep.skipped < sim::TickParseReport::kMaxErrors
+                                   ? rep.skipped
+                                   : sim::TickParseReport::kMaxErrors;
     if (rep.firstErrors.size() != errors) std::abort();
     if ((rep.skipped == 0) != sim::skippedSummary(rep).empty()) std::abort();
 
     for (const auto& t : out) {
         if (!realDay(t.date)) std::abort();
         if (t.timeMs < 0 || t.timeMs >= 86'400'000) std::abort();
-        for (double v : {t.last, t.bid, t.bidVol, t.ask, t.askVol, t.volume, t.turnover,
-                         t.openInterest, t.open, t.high, t.low, t.upperLimit, t.lowerLimit,
-                         t.preClose, t.preSettle, t.settle})
+        for (double v :
+             {t.last, t.bid, t.bidVol, t.ask, t.askVol, t.volume, t.turnover, t.openInterest,
+              t.open, t.high, t.low, t.upperLimit, t.lowerLimit, t.preClose, t.preSettle, t.settle})
             if (!(v >= 0 && v <= 1e15)) std::abort();  // also rejects NaN
         if (t.bid > 0 && t.ask > 0 && t.bid > t.ask) std::abort();
     }
