@@ -24,10 +24,10 @@
 //   tick whose HH:MM:SS.mmm <= the clock's local time of day is due; every due tick is
 //   applied and matched in turn, and one quote event per contract and step carries the last.
 //   Prices are always on the tick grid and inside the limit band. Until the first session
-//   of the day opens (the call auction 08:55–09:00, or 09:10–09:15 on exchange 3, and the
-//   time before it) the last price, bid and ask are 0 and only the fallbacks move:
-//   dPreOpenPrice1 = indicative open, dPreOpenPrice2 = previous close. Once open,
-//   dPreOpenPrice1 is the day's open.
+//   of the day opens the last price, bid and ask are 0 and only the fallbacks show:
+//   dPreOpenPrice1 = indicative open (it moves during the call auction, 08:55–09:00 or
+//   09:10–09:15 on exchange 3), dPreOpenPrice2 = previous close. Once open, dPreOpenPrice1
+//   is the day's open.
 // - Matching (one level book, the touch):
 //     * A new limit buy at P fills at the ask when P >= ask, up to the ask volume still
 //       available this round; a sell likewise against the bid. The rest rests at P.
