@@ -24,6 +24,7 @@
 
 #include "host/clock.h"
 #include "host/price.h"
+#include "host/trading_session.h"
 #include "host/window.h"
 #include "shell/quote_board_model.h"
 #include "shell/record_table_model.h"
@@ -196,8 +197,8 @@ void DeskWindow::buildUi() {
     for (int c = 0; c < QuoteBoardModel::kColumnCount; ++c) {
         m_quoteView->setColumnWidth(c, quoteWidths[c]);
     }
-    const int accountWidths[] = {60, 84, 50, 92, 92, 84, 70, 70, 56};
-    for (int c = 0; c < 9; ++c) m_accountView->setColumnWidth(c, accountWidths[c]);
+    const int accountWidths[] = {56, 80, 46, 86, 86, 80, 72, 60, 72, 72, 56};
+    for (int c = 0; c < 11; ++c) m_accountView->setColumnWidth(c, accountWidths[c]);
     const int orderWidths[] = {66, 52, 60, 64, 40, 48, 72, 40, 50, 72, 100, 70};
     for (int c = 0; c < 12; ++c) {
         m_workingView->setColumnWidth(c, orderWidths[c]);
@@ -288,6 +289,9 @@ void DeskWindow::buildUi() {
     statusBar()->addWidget(m_addinLabel, 1);
     statusBar()->addPermanentWidget(m_feedLabel);
     statusBar()->addPermanentWidget(m_accountLabel);
+    m_sessionLabel = new QLabel(this);
+    m_sessionLabel->setObjectName("sessionState");
+    statusBar()->addPermanentWidget(m_sessionLabel);
     statusBar()->addPermanentWidget(m_clockLabel);
     m_addinLabel->setText(QString(t::kStatusAddin).arg(m_addin.fileName()));
 }
@@ -507,6 +511,12 @@ void DeskWindow::updateStatus() {
     m_clockLabel->setText(
         QString(t::kStatusMarketTime)
             .arg(QDateTime::fromMSecsSinceEpoch(nowMs).toString("yyyy-MM-dd HH:mm:ss")));
+    // Exchanges 0-2 share their hours; 3 keeps its own.
+    const int msOfDay = QDateTime::fromMSecsSinceEpoch(nowMs).time().msecsSinceStartOfDay();
+    m_sessionLabel->setText(
+        QString(t::kStatusSessions)
+            .arg(QString::fromUtf8(session::sessionStateText(session::sessionState(0, msOfDay))),
+                 QString::fromUtf8(session::sessionStateText(session::sessionState(3, msOfDay)))));
     m_feedLabel->setText(m_feedText);
     m_accountLabel->setText(QString(t::kStatusAccounts).arg(loggedOnAccounts().size()));
 }

@@ -133,6 +133,7 @@ private:
     std::vector<QTableView*> m_tables;
 
     QLabel* m_clockLabel = nullptr;
+    QLabel* m_sessionLabel = nullptr;
     QLabel* m_feedLabel = nullptr;
     QLabel* m_accountLabel = nullptr;
     QLabel* m_addinLabel = nullptr;

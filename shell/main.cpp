@@ -106,6 +106,9 @@ int main(int argc, char** argv) {
 
     // The clock of the whole process, add-in included.
     SystemClock& clock = SystemClock::instance();
+    // The busy measurement needs a market that moves: unless told otherwise it runs at 10:00,
+    // inside every exchange's session.
+    if (opts.measureBusyMs > 0 && !opts.marketTime) opts.marketTime = QTime(10, 0);
     if (opts.marketTime) clock.setOffsetMs(marketTimeOffsetMs(*opts.marketTime, clock.nowMs()));
 
     const QString rootDir = opts.rootDir.isEmpty()
@@ -126,14 +129,11 @@ int main(int argc, char** argv) {
     for (const QString& file : opts.tickFiles) {
         sim::TickParseReport report;
         if (!exchange.loadTickFile(file.toStdString(), {}, &report)) {
-            const QString why =
-                report.opened ? QString("no usable tick (%1 lines skipped)").arg(report.skipped)
-                              : QString::fromStdString(report.error);
-            printErr(QString("cannot replay %1: %2").arg(file, why));
+            printErr(QString("cannot replay %1: %2").arg(file, QString::fromStdString(report.error)));
             continue;
         }
         if (report.skipped > 0) {
-            printErr(QString("%1: %2 malformed lines skipped").arg(file).arg(report.skipped));
+            printErr(QString("%1: %2").arg(file, QString::fromStdString(sim::skippedSummary(report))));
         }
         replayed << QString::fromStdString(sim::symbolCodeFromTickPath(file.toStdString()));
     }

@@ -34,6 +34,12 @@ QString timeOfDay(std::int64_t t) {
     return q(full.size() >= 8 ? full.substr(full.size() - 8) : full);
 }
 
+// Margin as a share of equity, "12.34%"; a dash when there is no equity to measure against.
+QString riskRatio(const tagAccountSummary& s) {
+    if (!(s.dBalance > 0)) return QStringLiteral("—");
+    return QString::number(s.dMargin / s.dBalance * 100.0, 'f', 2) + QLatin1Char('%');
+}
+
 QColor directionColor(std::int32_t dir) {
     return dir == kDirBuy ? kBuy : dir == kDirSell ? kSell : QColor();
 }
@@ -61,7 +67,8 @@ QStringList splitRowKey(const QString& k) { return k.split('|'); }
 QStringList accountHeaders() {
     return {t::kColAccount,     t::kColAccountName,  t::kColState,
             t::kColBalance,     t::kColAvailable,    t::kColMargin,
-            t::kColCloseProfit, t::kColPositionProfit, t::kColCommission};
+            t::kColFrozen,      t::kColRiskRatio,    t::kColCloseProfit,
+            t::kColPositionProfit, t::kColCommission};
 }
 
 std::vector<RecordRow> accountRows(const std::vector<AccountLine>& accounts) {
@@ -74,13 +81,15 @@ std::vector<RecordRow> accountRows(const std::vector<AccountLine>& accounts) {
         r.cells.push_back(left(q(a.info.strAccountName)));
         if (!a.loggedOn) {
             r.cells.push_back(left(t::kLoggedOff, kMuted));
-            for (int i = 0; i < 6; ++i) r.cells.push_back(right(QStringLiteral("—"), kMuted));
+            for (int i = 0; i < 8; ++i) r.cells.push_back(right(QStringLiteral("—"), kMuted));
         } else {
             const tagAccountSummary& s = a.summary;
             r.cells.push_back(left(t::kLoggedOn, kSell));
             r.cells.push_back(right(money(s.dBalance)));
             r.cells.push_back(right(money(s.dAvailable)));
             r.cells.push_back(right(money(s.dMargin)));
+            r.cells.push_back(right(money(s.dFrozen)));
+            r.cells.push_back(right(riskRatio(s)));
             r.cells.push_back(right(money(s.dCloseProfit), profitColor(s.dCloseProfit)));
             r.cells.push_back(right(money(s.dPositionProfit), profitColor(s.dPositionProfit)));
             r.cells.push_back(right(money(s.dCommission)));

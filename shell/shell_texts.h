@@ -38,6 +38,8 @@ inline constexpr const char* kColState = "状态";
 inline constexpr const char* kColBalance = "权益";
 inline constexpr const char* kColAvailable = "可用资金";
 inline constexpr const char* kColMargin = "保证金";
+inline constexpr const char* kColFrozen = "冻结资金";
+inline constexpr const char* kColRiskRatio = "风险度";
 inline constexpr const char* kColCloseProfit = "平仓盈亏";
 inline constexpr const char* kColPositionProfit = "持仓盈亏";
 inline constexpr const char* kColCommission = "手续费";
@@ -118,6 +120,8 @@ inline constexpr const char* kStatusMarketTime = "市场时间 %1";
 inline constexpr const char* kStatusFeedRandom = "模拟行情";
 inline constexpr const char* kStatusFeedReplay = "回放 %1";
 inline constexpr const char* kStatusAccounts = "已登录帐户 %1";
+// The session state of the commodity exchanges and of the financial futures exchange.
+inline constexpr const char* kStatusSessions = "商品期货 %1  金融期货 %2";
 inline constexpr const char* kStatusAddin = "插件 %1";
 
 // Loading the add-in.

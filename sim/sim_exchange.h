@@ -6,7 +6,15 @@
 //   2 郑州商品交易所, 3 中国金融期货交易所 — the index-futures exchange, pre-open 09:10,
 //   open 09:15), with their real price unit, minimum move (1), multiplier, margin rate, a
 //   previous settlement and the day's limit band (pre-settle ± limit%, rounded inward to the
-//   tick). One expired contract (IF2012, 已到期) is listed with bTradable = false.
+//   tick). One expired contract (IF2012, 已到期) is listed with bTradable = false and
+//   SimContract::expired: its last price is its final settlement, it has no book and never
+//   ticks, orders in it are refused and it cannot be replayed.
+// - Trading sessions: each exchange keeps its day sessions from host/trading_session.h (no
+//   night sessions). Outside continuous trading orders are accepted and rest, but nothing
+//   matches and no server trigger is released; the first quote round inside a session
+//   matches them. The random walk pauses in breaks, after the close and before the call
+//   auction: a contract that does not move queues no quote. Replayed ticks play at any hour
+//   (they are what the exchange recorded), matching still follows the sessions.
 // - Two demo accounts, 880001 "模拟账户一" and 880002 "模拟账户二" (broker 9999, "模拟期货公司"),
 //   password "888888", funds 1,000,000 and 500,000, both logged on at construction unless
 //   SimOptions says otherwise. 880002 holds 5 long rb2105 and 1 short IF2101 from yesterday,
@@ -15,10 +23,11 @@
 //   or replay of recorded ticks (loadTickFile) against the injected clock's time of day: a
 //   tick whose HH:MM:SS.mmm <= the clock's local time of day is due; every due tick is
 //   applied and matched in turn, and one quote event per contract and step carries the last.
-//   Prices are always on the tick grid and inside the limit band. In the pre-open window of
-//   the contract's exchange (08:55–09:00, or 09:10–09:15 on exchange 3) the last price, bid
-//   and ask are 0 and only the fallbacks move: dPreOpenPrice1 = indicative open,
-//   dPreOpenPrice2 = previous close. Outside it dPreOpenPrice1 is the day's open.
+//   Prices are always on the tick grid and inside the limit band. Until the first session
+//   of the day opens the last price, bid and ask are 0 and only the fallbacks show:
+//   dPreOpenPrice1 = indicative open (it moves during the call auction, 08:55–09:00 or
+//   09:10–09:15 on exchange 3), dPreOpenPrice2 = previous close. Once open, dPreOpenPrice1
+//   is the day's open.
 // - Matching (one level book, the touch):
 //     * A new limit buy at P fills at the ask when P >= ask, up to the ask volume still
 //       available this round; a sell likewise against the bid. The rest rests at P.
@@ -92,94 +101,8 @@
 
 #include "host/clock.h"
 #include "host/subscibe_manage.h"
+#include "sim/sim_types.h"
 #include "sim/tick_file.h"
-
-// Where SimExchange delivers events (see the header comment).
-class ISimEventSink {
-public:
-    virtual ~ISimEventSink() = default;
-    // -> HelmsmanDataChange
-    virtual void onDataChange(std::uint32_t code, std::uintptr_t data) = 0;
-    // -> HelmsmanLogonStateChange
-    virtual void onLogonStateChange(std::uint32_t code, std::uintptr_t data) = 0;
-    // An OS-style message to one window handle.
-    virtual void onWindowMessage(std::uint32_t hWnd, std::uint32_t msg, std::uintptr_t wParam,
-                                 std::uintptr_t lParam) = 0;
-};
-
-// Logon-state codes (onLogonStateChange; data -> tagAccoutInfo of the account).
-inline constexpr std::uint32_t kSimLogonOff = 0;        // logged off by request
-inline constexpr std::uint32_t kSimLogonOn = 1;         // logged on
-inline constexpr std::uint32_t kSimLogonForcedOff = 2;  // disconnected (forceLogoff)
-
-// Desk-only event: a server trigger order changed (data -> tagTriggerOrder).
-inline constexpr std::uint32_t kSimEventTriggerChanged = 3;
-
-// Status codes of a tagTriggerOrder in this host.
-enum : std::int32_t {
-    kSimTriggerWaiting = 0,   // 等待触发
-    kSimTriggerReleased = 1,  // 已触发: the plain order was sent
-    kSimTriggerDeleted = 2,   // 已删除
-    kSimTriggerExpired = 3,   // 已过期
-};
-// Display text of a trigger status ("等待触发", "已触发", "已删除", "已过期", else "未知").
-const char* simTriggerStatusText(std::int32_t status);
-
-// Reject reasons written into tagBrokerOrder::strStatusMsg.
-namespace simtext {
-inline constexpr const char* kNotLoggedOn = "未登录交易帐户";
-inline constexpr const char* kUnknownAccount = "交易帐户不存在";
-inline constexpr const char* kUnknownContract = "合约不存在";
-inline constexpr const char* kNotTradable = "合约不可交易";
-inline constexpr const char* kBadVolume = "委托数量错误";
-inline constexpr const char* kBadDirection = "买卖方向错误";
-inline constexpr const char* kBadOpenClose = "开平标志错误";
-inline constexpr const char* kPriceOutOfBand = "报单价格超出涨跌停板";
-inline constexpr const char* kPriceOffTick = "报单价格不是最小变动价位的整数倍";
-inline constexpr const char* kCloseExceeds = "平仓数量超出可平持仓";
-inline constexpr const char* kCloseTodayExceeds = "平今数量超出今仓";
-inline constexpr const char* kNoFunds = "可用资金不足";
-inline constexpr const char* kInjectedReject = "模拟拒单";
-}  // namespace simtext
-
-// One contract of the catalogue.
-struct SimContract {
-    tagSymbol symbol;
-    IModuleFutureTrader::ISpecDetailValue detail;  // price unit, min move, multiplier, ...
-    double preSettle = 0;
-    double preClose = 0;
-    double limitPct = 0;             // limit band: preSettle * (1 ± limitPct), inward to the tick
-    double commissionPerLot = 0;     // fixed commission per lot, or
-    double commissionRate = 0;       // a fraction of the traded value (whichever is non-zero)
-    double typicalTouchVolume = 20;  // scale of the random walk's bid/ask volumes
-};
-
-// One demo account.
-struct SimAccount {
-    tagAccoutInfo info;
-    std::string password;
-    double preBalance = 0;
-};
-
-struct SimOptions {
-    std::uint64_t seed = 20210104;
-    bool logonAtStart = true;        // both demo accounts logged on at construction
-    bool randomWalk = true;          // step() moves contracts that are not replaying
-    bool yesterdayPositions = true;  // 880002 starts with yesterday's positions
-};
-
-// Counters, for the desk's status bar and for tests.
-struct SimStats {
-    std::uint64_t quoteRounds = 0;
-    std::uint64_t ordersSent = 0;
-    std::uint64_t ordersRejected = 0;
-    std::uint64_t fills = 0;
-    std::uint64_t eventsQueued = 0;
-    std::uint64_t eventsDelivered = 0;
-    std::uint64_t eventsDropped = 0;
-    std::size_t pendingEvents = 0;
-    std::size_t restingOrders = 0;
-};
 
 class SimExchange final : public CSubscibeManage {
 public:
@@ -196,7 +119,8 @@ public:
     // tradable contracts. GetOpenOrders returns the working orders (status 1, 2, 7, 11).
     //
     // SendOrder books the order under a new identifier ("1", "2", ...) and matches it at
-    // once against the current touch; events follow through deliverPending. Written back:
+    // once against the current touch when its exchange is trading (else it rests); events
+    // follow through deliverPending. Written back:
     // strOrderID, nStatus, strStatusMsg, tUpdateTime (dFilledVolume stays as it was sent
     // with; the fills arrive as events). Returns 1 when accepted, with nStatus 1 (已报).
     // Returns 0 when refused:
@@ -279,8 +203,10 @@ public:
 
     // Replays a recorded tick file for `symbol` (empty: the code from the file name, on the
     // exchange that lists it). Ticks play by time of day against the clock; limits,
-    // pre-settle and pre-close come from the file when present. Returns false (report says
-    // why) when the file cannot be read, the contract is unknown or no tick parsed.
+    // pre-settle and pre-close come from the file when present. Returns false with the
+    // reason in report->error, fit to show the user: the file cannot be read, the contract
+    // is unknown or expired, the file has no tick lines, or every line was skipped (the
+    // count and the first reasons).
     bool loadTickFile(const std::string& path, const tagSymbol& symbol = {},
                       sim::TickParseReport* report = nullptr);
     // Replays already parsed ticks (same rules).

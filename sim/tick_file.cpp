@@ -33,33 +33,45 @@ bool parseDouble(std::string_view s, double& v) {
     return r.ec == std::errc() && r.ptr == s.data() + s.size() && v == v;  // not NaN
 }
 
-// HH:MM:SS or HH:MM:SS.mmm (fewer fraction digits allowed).
-bool parseTime(std::string_view s, std::int32_t& ms) {
-    if (s.size() < 8 || s[2] != ':' || s[5] != ':') return false;
-    auto digit = [](char c) { return c >= '0' && c <= '9'; };
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+// HH:MM:SS or HH:MM:SS.mmm (fewer fraction digits allowed). nullptr when good, else why not.
+const char* parseTime(std::string_view s, std::int32_t& ms) {
+    if (s.size() < 8 || s[2] != ':' || s[5] != ':') return "bad time";
     for (int i : {0, 1, 3, 4, 6, 7})
-        if (!digit(s[i])) return false;
-    int h = (s[0] - '0') * 10 + (s[1] - '0');
-    int m = (s[3] - '0') * 10 + (s[4] - '0');
-    int sec = (s[6] - '0') * 10 + (s[7] - '0');
-    if (h > 23 || m > 59 || sec > 59) return false;
+        if (!isDigit(s[i])) return "bad time";
     int frac = 0;
     if (s.size() > 8) {
-        if (s[8] != '.' || s.size() > 12 || s.size() == 9) return false;
+        if (s[8] != '.' || s.size() > 12 || s.size() == 9) return "bad time";
         int scale = 100;
         for (std::size_t i = 9; i < s.size(); ++i) {
-            if (!digit(s[i])) return false;
+            if (!isDigit(s[i])) return "bad time";
             frac += (s[i] - '0') * scale;
             scale /= 10;
         }
     }
+    int h = (s[0] - '0') * 10 + (s[1] - '0');
+    int m = (s[3] - '0') * 10 + (s[4] - '0');
+    int sec = (s[6] - '0') * 10 + (s[7] - '0');
+    if (h > 23 || m > 59 || sec > 59) return "no such time";
     ms = ((h * 60 + m) * 60 + sec) * 1000 + frac;
-    return true;
+    return nullptr;
 }
 
-bool validDate(std::int32_t d) {
-    int y = d / 10000, m = d / 100 % 100, day = d % 100;
-    return y >= 1990 && y <= 2100 && m >= 1 && m <= 12 && day >= 1 && day <= 31;
+// YYYYMMDD, a real day of the calendar. nullptr when good, else why not.
+const char* parseDate(std::string_view s, std::int32_t& date) {
+    if (s.size() != 8) return "bad date";
+    for (char c : s)
+        if (!isDigit(c)) return "bad date";
+    if (!parseInt(s, date)) return "bad date";
+    const int y = date / 10000, m = date / 100 % 100, d = date % 100;
+    static constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    if (y < 1990 || y > 2100 || m < 1 || m > 12 || d < 1) return "no such date";
+    const bool leap = (y % 4 == 0 && y % 100 != 0) || y % 400 == 0;
+    if (d > kDays[m - 1] + (m == 2 && leap ? 1 : 0)) return "no such date";
+    return nullptr;
 }
 
 }  // namespace
@@ -101,12 +113,12 @@ void parseTickText(std::string_view text, std::vector<TickRecord>& out,
             continue;
         }
         TickRecord t;
-        if (!parseInt(fields[0], t.date) || !validDate(t.date)) {
-            noteError(report, lineNo, "bad date");
+        if (const char* why = parseDate(fields[0], t.date)) {
+            noteError(report, lineNo, why);
             continue;
         }
-        if (!parseTime(fields[1], t.timeMs)) {
-            noteError(report, lineNo, "bad time");
+        if (const char* why = parseTime(fields[1], t.timeMs)) {
+            noteError(report, lineNo, why);
             continue;
         }
         double* dst[kFields - 2] = {&t.last,      &t.bid,        &t.bidVol,    &t.ask,
@@ -154,6 +166,20 @@ bool parseTickFile(const std::string& path, std::vector<TickRecord>& out,
     out.reserve(out.size() + buf.size() / 100);
     parseTickText(buf, out, report);
     return true;
+}
+
+std::string skippedSummary(const TickParseReport& report) {
+    if (report.skipped == 0) return {};
+    constexpr std::size_t kShown = 3;
+    std::string out = std::to_string(report.skipped) +
+                      (report.skipped == 1 ? " line skipped (" : " lines skipped (");
+    for (std::size_t i = 0; i < report.firstErrors.size() && i < kShown; ++i) {
+        if (i > 0) out += "; ";
+        out += report.firstErrors[i];
+    }
+    if (report.skipped > std::min(kShown, report.firstErrors.size())) out += "; …";
+    out += ")";
+    return out;
 }
 
 std::string symbolCodeFromTickPath(const std::string& path) {

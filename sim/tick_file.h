@@ -43,7 +43,7 @@ struct TickRecord {
 // linesRead == ticks + skipped.
 struct TickParseReport {
     bool opened = true;           // false: the file could not be read (error says why)
-    std::string error;            // set when !opened
+    std::string error;            // why a load failed (set when !opened, or by the loader)
     std::size_t linesRead = 0;
     std::size_t ticks = 0;
     std::size_t skipped = 0;
@@ -59,6 +59,10 @@ void parseTickText(std::string_view text, std::vector<TickRecord>& out,
 // Reads and parses one file. Returns false (report.opened false) when it cannot be read.
 bool parseTickFile(const std::string& path, std::vector<TickRecord>& out,
                    TickParseReport& report);
+
+// "3 lines skipped (line 2: bad date; line 5: too few fields; …)": the count and the first
+// three reasons, for a message to the user. Empty when nothing was skipped.
+std::string skippedSummary(const TickParseReport& report);
 
 // "IF2101" from ".../IF2101_20210104.csv": the file name up to the first '_' (or the
 // extension). Empty when there is none.

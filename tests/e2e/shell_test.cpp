@@ -136,11 +136,16 @@ TEST(MonitorRows, FlatPositionsAreLeftOutAndLoggedOffAccountsShowNoFunds) {
     AccountLine on;
     on.loggedOn = true;
     on.summary.dBalance = 1000000;
+    on.summary.dMargin = 123456.78;
+    on.summary.dFrozen = 5000.5;
     AccountLine off = on;
     off.loggedOn = false;
     const auto accounts = accountRows({on, off});
     ASSERT_EQ(accounts.size(), 2u);
     EXPECT_EQ(cellOf(accounts[0], accountHeaders(), "权益"), "1000000.00");
+    EXPECT_EQ(cellOf(accounts[0], accountHeaders(), "冻结资金"), "5000.50");
+    EXPECT_EQ(cellOf(accounts[0], accountHeaders(), "风险度"), "12.35%");
+    EXPECT_EQ(cellOf(accounts[1], accountHeaders(), "风险度"), "—");
     EXPECT_EQ(cellOf(accounts[1], accountHeaders(), "状态"), "未登录");
     EXPECT_EQ(cellOf(accounts[1], accountHeaders(), "权益"), "—");
 }

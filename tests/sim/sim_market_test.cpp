@@ -6,6 +6,7 @@
 
 #include "host/price.h"
 #include "sim_test_util.h"
+#include "support/temp_dir.h"
 
 using namespace simtest;
 
@@ -81,7 +82,9 @@ TEST(SimWalk, PricesStayOnTheGridAndInsideTheBand) {
             if (isPricePresent(q.dBid)) {
                 ASSERT_GT(q.dBidVol, 0);
             }
-            ASSERT_GT(q.dVolume, 0);
+            SimContract c;
+            ASSERT_TRUE(ex.contract(sym, c));
+            ASSERT_EQ(q.dVolume > 0, !c.expired) << sym.strCode;  // an expired one never trades
             ASSERT_GT(q.dPreOpenPrice1, 0);
             ASSERT_GT(q.dPreOpenPrice2, 0);
         }
@@ -103,10 +106,13 @@ TEST(SimWalk, SameSeedSameWalk) {
 }
 
 TEST(SimWalk, PreOpenHasOnlyTheFallbackPrices) {
-    ManualClock clock(localMs(9, 12, 0));
+    ManualClock clock(localMs(8, 0, 0));  // before the auction the day has not begun either
     SimExchange ex(clock);
-    ex.step();
     IModuleFutureTrader::ITickEx q;
+    ex.GetMarketQuote(kRB, q);
+    EXPECT_FALSE(isPricePresent(q.dLast));
+    clock.setNowMs(localMs(9, 12, 0));
+    ex.step();
     ex.GetMarketQuote(kIF, q);
     EXPECT_FALSE(isPricePresent(q.dLast));
     EXPECT_TRUE(isPricePresent(q.dPreOpenPrice1));
@@ -123,7 +129,7 @@ TEST(SimWalk, PreOpenHasOnlyTheFallbackPrices) {
 // ---- Replay -------------------------------------------------------------------------------
 
 TEST(SimReplay, TicksPlayByTimeOfDay) {
-    const auto p = std::filesystem::path(HELMSMAN_DATA_DIR) / "ticks" / "IF2101_20210104.csv";
+    const auto p = dataDir() / "ticks" / "IF2101_20210104.csv";
     if (!std::filesystem::exists(p)) GTEST_SKIP() << "no data at " << p;
     ManualClock clock(localMs(9, 30, 0));
     SimExchange ex(clock, quietOptions());
@@ -166,12 +172,33 @@ TEST(SimReplay, ReplayedQuotesDriveMatching) {
     EXPECT_DOUBLE_EQ(back.dAvgPrice, 5229.4);
 }
 
-TEST(SimReplay, BadFileIsRefused) {
+// A refused file says why, in words the desk can show as they are.
+TEST(SimReplay, RefusedFileSaysWhy) {
+    const TempDir dir("sim_replay");
+    const std::string good = "20210104,09:30:00,5230,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0\n";
+    const struct {
+        const char* file;
+        std::string text;
+        std::string error;
+    } cases[] = {
+        {"AP805_20180201.csv", good, "unknown contract AP805"},
+        {"IF2012_20201218.csv", good, "contract IF2012 has expired"},
+        {"IF2101_header.csv", "date,time\n\n", "no tick lines"},
+        {"IF2101_bad.csv", "20210231,09:30:00,1,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0\nx\n",
+         "no usable tick: 2 lines skipped (line 1: no such date; line 2: too few fields)"},
+    };
+    for (const auto& c : cases) {
+        Rig r;
+        writeFileBytes(dir / c.file, c.text);
+        sim::TickParseReport rep;
+        EXPECT_FALSE(r.ex.loadTickFile((dir / c.file).string(), {}, &rep)) << c.file;
+        EXPECT_EQ(rep.error, c.error) << c.file;
+        EXPECT_EQ(r.ex.replayRemaining(kIF), 0u);
+    }
     Rig r;
     sim::TickParseReport rep;
-    EXPECT_FALSE(r.ex.loadTickFile("/nonexistent/IF2101_1.csv", {}, &rep));
-    EXPECT_FALSE(rep.error.empty());
-    EXPECT_FALSE(r.ex.loadTickFile("/nonexistent/ZZ999_1.csv", {}, &rep));
+    EXPECT_FALSE(r.ex.loadTickFile((dir / "IF2101_missing.csv").string(), {}, &rep));
+    EXPECT_EQ(rep.error.rfind("cannot open ", 0), 0u) << rep.error;
 }
 
 // ---- Server trigger orders ----------------------------------------------------------------

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,17 @@
 #include "support/quote_builders.h"
 
 namespace simtest {
+
+// The shared data folder: HELMSMAN_DATA_DIR from the environment when set (a worktree that
+// does not sit beside it), else the one the build names.
+inline std::filesystem::path dataDir() {
+    if (const char* env = std::getenv("HELMSMAN_DATA_DIR"); env && *env) return env;
+#ifdef HELMSMAN_DATA_DIR
+    return HELMSMAN_DATA_DIR;
+#else
+    return {};
+#endif
+}
 
 // Calendar milliseconds of 2021-01-04 hh:mm:ss local time.
 inline std::int64_t localMs(int hh, int mm, int ss, int ms = 0) {

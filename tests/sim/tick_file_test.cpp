@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "sim/tick_file.h"
+#include "sim_test_util.h"
 
 namespace {
 
@@ -45,9 +46,17 @@ const BadLine kBadLines[] = {
     {"TooFewFields", "20210104,09:30:00.400,5230.8,5231.4,2", "too few fields"},
     {"TooManyFields", "20210104,09:30:00.400,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "too many fields"},
     {"BadDate", "2021x104,09:30:00.400,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "bad date"},
-    {"ImpossibleDate", "20211304,09:30:00.400,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "bad date"},
+    {"ShortDate", "2021014,09:30:00.400,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "bad date"},
+    {"Month13", "20211304,09:30:00.400,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "no such date"},
+    {"February31", "20210231,09:30:00.400,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "no such date"},
+    {"February29NotLeap", "21000229,09:30:00.400,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1",
+     "no such date"},
+    {"April31", "20210431,09:30:00.400,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "no such date"},
+    {"Day0", "20210100,09:30:00.400,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "no such date"},
     {"BadTime", "20210104,9:30:00,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "bad time"},
-    {"HourOutOfRange", "20210104,25:30:00.000,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "bad time"},
+    {"Hour25", "20210104,25:30:00.000,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "no such time"},
+    {"Minute60", "20210104,09:60:00,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "no such time"},
+    {"Second60", "20210104,09:30:60,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1", "no such time"},
     {"LetterInPrice", "20210104,09:30:00.400,52a0,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1",
      "field is not a number"},
     {"EmptyField", "20210104,09:30:00.400,,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1",
@@ -78,6 +87,20 @@ TEST_P(TickBadLines, SkippedAndCounted) {
 INSTANTIATE_TEST_SUITE_P(Sim, TickBadLines, ::testing::ValuesIn(kBadLines),
                          [](const auto& info) { return std::string(info.param.name); });
 
+// The calendar's edges that are real days and times parse.
+TEST(TickFile, LeapDayAndLastMillisecondAreGood) {
+    std::string text;
+    for (const char* dt : {"20200229,23:59:59.999", "20000229,00:00:00", "20211231,12:00:00.5"})
+        text += std::string(dt) + ",1,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0\n";
+    std::vector<sim::TickRecord> out;
+    sim::TickParseReport rep;
+    sim::parseTickText(text, out, rep);
+    EXPECT_EQ(rep.ticks, 3u) << (rep.firstErrors.empty() ? "" : rep.firstErrors[0]);
+    ASSERT_EQ(out.size(), 3u);
+    EXPECT_EQ(out[0].timeMs, 86'399'999);
+    EXPECT_EQ(out[2].timeMs, 43'200'500);
+}
+
 TEST(TickFile, ManyErrorsKeepOnlyTheFirstFew) {
     std::string text = kHeader;
     for (int i = 0; i < 50; ++i) text += "junk\n";
@@ -88,6 +111,9 @@ TEST(TickFile, ManyErrorsKeepOnlyTheFirstFew) {
     EXPECT_EQ(rep.linesRead, 50u);
     EXPECT_EQ(rep.skipped, 50u);
     EXPECT_EQ(rep.firstErrors.size(), sim::TickParseReport::kMaxErrors);
+    EXPECT_EQ(sim::skippedSummary(rep),
+              "50 lines skipped (line 2: too few fields; line 3: too few fields; line 4: too few "
+              "fields; …)");
 }
 
 TEST(TickFile, NoHeaderTruncatedLastLineAndMissingFile) {
@@ -116,7 +142,7 @@ struct RealFile {
 class TickRealFiles : public ::testing::TestWithParam<RealFile> {};
 
 TEST_P(TickRealFiles, ParsesWithItsTickCount) {
-    std::filesystem::path p = std::filesystem::path(HELMSMAN_DATA_DIR) / "ticks" / GetParam().file;
+    std::filesystem::path p = simtest::dataDir() / "ticks" / GetParam().file;
     if (!std::filesystem::exists(p)) GTEST_SKIP() << "no data at " << p;
     std::vector<sim::TickRecord> out;
     sim::TickParseReport rep;
