@@ -4,7 +4,6 @@
 #include <fstream>
 #include <limits>
 #include <sstream>
-#include <system_error>
 
 #include "host/gbk_codec.h"
 
@@ -62,7 +61,43 @@ std::string sanitise(std::string_view s) {
     return out;
 }
 
+// The text to put after '=' so that a read gives back exactly `value`: quoted when a read
+// would trim blanks from it or strip a pair of quotes off it.
+std::string protectValue(const std::string& value) {
+    if (trim(value) == value && unquote(value) == value) return value;
+    return "\"" + value + "\"";
+}
+
+int hexDigit(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+
 }  // namespace
+
+std::int32_t parseProfileInt(std::string_view text) {
+    std::size_t i = 0;
+    while (i < text.size() && isBlank(text[i])) ++i;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
+    unsigned base = 10;
+    if (i + 2 < text.size() && text[i] == '0' && (text[i + 1] == 'x' || text[i + 1] == 'X') &&
+        hexDigit(text[i + 2]) >= 0) {
+        base = 16;
+        i += 2;
+    }
+    // Unsigned arithmetic wraps modulo 2^32, which is what the platform's reads do.
+    std::uint32_t value = 0;
+    for (; i < text.size(); ++i) {
+        const int digit = hexDigit(text[i]);
+        if (digit < 0 || static_cast<unsigned>(digit) >= base) break;
+        value = value * base + static_cast<std::uint32_t>(digit);
+    }
+    if (negative) value = 0u - value;
+    return static_cast<std::int32_t>(value);
+}
 
 std::optional<std::int32_t> parseLeadingInt(std::string_view text) {
     std::size_t i = 0;
@@ -87,6 +122,26 @@ std::string cutUtf8(std::string_view text, std::size_t maxBytes) {
     return std::string(text.substr(0, n));
 }
 
+std::string cutGbk(std::string_view text, std::size_t maxBytes) {
+    // GBK never takes more bytes than UTF-8 (1 for ASCII, 2 for what takes 2 or 3 in UTF-8,
+    // 4 for what takes 4), so text that fits in UTF-8 fits.
+    if (text.size() <= maxBytes) return std::string(text);
+    const std::string gbkBytes = gbk::fromUtf8(text);
+    if (gbkBytes.size() <= maxBytes) return std::string(text);
+    // Walk whole characters: ASCII is one byte; a two-byte character has a lead byte from
+    // 0x81; the four-byte form has a digit as its second byte.
+    std::size_t n = 0;
+    for (;;) {
+        const auto lead = static_cast<unsigned char>(gbkBytes[n]);
+        std::size_t width = 1;
+        if (lead >= 0x81 && n + 1 < gbkBytes.size())
+            width = (gbkBytes[n + 1] >= '0' && gbkBytes[n + 1] <= '9') ? 4 : 2;
+        if (n + width > maxBytes) break;
+        n += width;
+    }
+    return gbk::toUtf8(std::string_view(gbkBytes).substr(0, n));
+}
+
 // ---- Loading and saving --------------------------------------------------------------------
 
 CProfileIni::Line CProfileIni::parseLine(std::string raw, std::string eol, bool firstLine) {
@@ -100,15 +155,12 @@ CProfileIni::Line CProfileIni::parseLine(std::string raw, std::string eol, bool 
     const std::string_view t = trim(text);
     if (t.empty()) {
         line.kind = Kind::Blank;
-    } else if (t.front() == '[') {
+    } else if (t.front() == '[' && t.find(']') != std::string_view::npos) {
         line.kind = Kind::Section;
-        std::string_view name = t.substr(1);
-        name = name.substr(0, name.find(']'));
-        line.name = std::string(trim(name));
+        line.name = std::string(trim(t.substr(1, t.find(']') - 1)));
     } else if (t.front() == ';' || t.front() == '#') {
         line.kind = Kind::Comment;
-    } else if (auto eq = t.find('=');
-               eq != std::string_view::npos && !trim(t.substr(0, eq)).empty()) {
+    } else if (auto eq = t.find('='); eq != std::string_view::npos) {
         line.kind = Kind::Key;
         line.name = std::string(trim(t.substr(0, eq)));
         line.value = std::string(unquote(trim(t.substr(eq + 1))));
@@ -119,6 +171,7 @@ CProfileIni::Line CProfileIni::parseLine(std::string raw, std::string eol, bool 
 CProfileIni::LoadResult CProfileIni::load(const fs::path& path) {
     m_path = path;
     m_lines.clear();
+    m_edits.clear();
     std::error_code ec;
     const auto status = fs::status(path, ec);
     if (!fs::exists(status)) return m_loadResult = LoadResult::Missing;
@@ -134,24 +187,16 @@ CProfileIni::LoadResult CProfileIni::load(const fs::path& path) {
         content = std::move(buffer).str();
     }
 
+    // CR LF, LF and a lone CR all end a line. Neither byte occurs inside a GBK character.
     std::size_t start = 0;
     while (start < content.size()) {
-        std::size_t nl = content.find('\n', start);
-        std::string eol;
-        std::size_t end;
-        if (nl == std::string::npos) {
-            end = content.size();
-        } else {
-            end = nl;
-            eol = "\n";
-        }
-        if (!eol.empty() && end > start && content[end - 1] == '\r') {
-            --end;
-            eol = "\r\n";
-        }
-        m_lines.push_back(
-            parseLine(content.substr(start, end - start), std::move(eol), m_lines.empty()));
-        start = nl == std::string::npos ? content.size() : nl + 1;
+        const std::size_t end = std::min(content.find_first_of("\r\n", start), content.size());
+        std::size_t next = end;
+        if (end < content.size()) next += (content[end] == '\r' && end + 1 < content.size() &&
+                                           content[end + 1] == '\n') ? 2 : 1;
+        m_lines.push_back(parseLine(content.substr(start, end - start),
+                                    content.substr(end, next - end), m_lines.empty()));
+        start = next;
     }
     return m_loadResult = LoadResult::Loaded;
 }
@@ -168,36 +213,36 @@ std::string CProfileIni::bytes() const {
     return out;
 }
 
-bool CProfileIni::save() const {
-    return saveAs(m_path);
+FileWriteResult CProfileIni::save() {
+    std::vector<Line> merged;
+    FileWriteResult result = replaceFileLocked(m_path, [&](const fs::path& target)
+                                                           -> std::optional<std::string> {
+        CProfileIni current;
+        if (current.load(target) == LoadResult::Unreadable) return std::nullopt;
+        for (const Edit& e : m_edits) {
+            switch (e.kind) {
+                case EditKind::Write: current.applyWrite(e.section, e.key, e.value); break;
+                case EditKind::RemoveKey: current.applyRemoveKey(e.section, e.key); break;
+                case EditKind::RemoveSection: current.applyRemoveSection(e.section); break;
+            }
+        }
+        std::string data = current.bytes();
+        merged = std::move(current.m_lines);
+        return data;
+    });
+    if (result) {
+        m_lines = std::move(merged);
+        m_edits.clear();
+        m_loadResult = LoadResult::Loaded;
+    }
+    return result;
 }
 
-bool CProfileIni::saveAs(const fs::path& path) const {
-    if (path.empty()) return false;
-    // A file that exists but could not be read must not be replaced by what little we hold.
-    if (m_loadResult == LoadResult::Unreadable && path == m_path) return false;
-    std::error_code ec;
-    if (path.has_parent_path()) fs::create_directories(path.parent_path(), ec);
-
-    fs::path temp = path;
-    temp += ".new";
-    {
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        if (!out) return false;
-        const std::string data = bytes();
-        out.write(data.data(), static_cast<std::streamsize>(data.size()));
-        out.close();
-        if (!out) {
-            fs::remove(temp, ec);
-            return false;
-        }
-    }
-    fs::rename(temp, path, ec);
-    if (ec) {
-        fs::remove(temp, ec);
-        return false;
-    }
-    return true;
+FileWriteResult CProfileIni::saveAs(const fs::path& path) {
+    if (path == m_path) return save();
+    return replaceFileLocked(path, [&](const fs::path&) -> std::optional<std::string> {
+        return bytes();
+    });
 }
 
 // ---- Lookup --------------------------------------------------------------------------------
@@ -232,14 +277,15 @@ const CProfileIni::Line* CProfileIni::findKeyLine(std::string_view section,
 std::string CProfileIni::getString(std::string_view section, std::string_view key,
                                    std::string_view def, std::size_t size) const {
     const Line* line = findKeyLine(section, key);
-    return cutUtf8(line ? std::string_view(line->value) : def, size == 0 ? 0 : size - 1);
+    const std::string_view text = line ? std::string_view(line->value) : unquote(trim(def));
+    return cutGbk(text, size == 0 ? 0 : size - 1);
 }
 
 std::int32_t CProfileIni::getInt(std::string_view section, std::string_view key,
                                  std::int32_t def) const {
     const Line* line = findKeyLine(section, key);
     if (!line || line->value.empty()) return def;
-    return parseLeadingInt(line->value).value_or(0);
+    return parseProfileInt(line->value);
 }
 
 bool CProfileIni::hasKey(std::string_view section, std::string_view key) const {
@@ -287,12 +333,18 @@ bool CProfileIni::writeString(std::string_view section, std::string_view key,
                               std::string_view value) {
     const std::string sectionName(trim(sanitise(section)));
     const std::string keyName(trim(sanitise(key)));
-    const std::string text = sanitise(value);
     if (sectionName.empty() || sectionName.find(']') != std::string::npos) return false;
     if (keyName.empty() || keyName.find('=') != std::string::npos || keyName.front() == '[' ||
         keyName.front() == ';' || keyName.front() == '#')
         return false;
+    const std::string text = protectValue(sanitise(value));
+    m_edits.push_back({EditKind::Write, sectionName, keyName, text});
+    return applyWrite(sectionName, keyName, text);
+}
 
+// `text` is the value as it goes on the line, names are checked already.
+bool CProfileIni::applyWrite(const std::string& sectionName, const std::string& keyName,
+                             const std::string& text) {
     const std::string nl = newLineEnd();
     auto range = findSection(sectionName);
     if (range) {
@@ -328,6 +380,11 @@ bool CProfileIni::writeString(std::string_view section, std::string_view key,
 }
 
 bool CProfileIni::removeKey(std::string_view section, std::string_view key) {
+    m_edits.push_back({EditKind::RemoveKey, std::string(section), std::string(key), {}});
+    return applyRemoveKey(section, key);
+}
+
+bool CProfileIni::applyRemoveKey(std::string_view section, std::string_view key) {
     auto range = findSection(section);
     if (!range) return false;
     auto index = findKey(*range, key);
@@ -337,6 +394,11 @@ bool CProfileIni::removeKey(std::string_view section, std::string_view key) {
 }
 
 bool CProfileIni::removeSection(std::string_view section) {
+    m_edits.push_back({EditKind::RemoveSection, std::string(section), {}, {}});
+    return applyRemoveSection(section);
+}
+
+bool CProfileIni::applyRemoveSection(std::string_view section) {
     auto range = findSection(section);
     if (!range) return false;
     m_lines.erase(m_lines.begin() + static_cast<std::ptrdiff_t>(range->header),
@@ -360,5 +422,5 @@ bool profileWriteString(const fs::path& path, std::string_view section, std::str
                         std::string_view value) {
     CProfileIni ini(path);
     if (ini.loadResult() == CProfileIni::LoadResult::Unreadable) return false;
-    return ini.writeString(section, key, value) && ini.save();
+    return ini.writeString(section, key, value) && ini.save().ok;
 }

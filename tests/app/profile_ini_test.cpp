@@ -64,17 +64,54 @@ TEST(ParseLeadingInt, EdgesAndSaturation) {
         EXPECT_EQ(parseLeadingInt(text), INT32_MIN) << text;
 }
 
-TEST_F(ProfileIniTest, StringReadsAreCutToTheBufferSizeOnCharacterBoundaries) {
-    put("[S]\r\nv=abcdef\r\nzh=\xD6\xD0\xCE\xC4\xD7\xD6\r\nlong="  // zh: 中文字 in GBK
-        + std::string(300, 'x') + "\r\n");
+// What files carried over from the Windows platform rely on.
+TEST_F(ProfileIniTest, WindowsProfileFidelity) {
+    put("[Ints]\r\nwrap0=4294967296\r\nwrap1=4294967297\r\nwrapNeg=-4294967297\r\n"
+        "big=2147483648\r\nhex=0x1F\r\nhexUpper=0X7fffffff\r\nhexAll=0xFFFFFFFF\r\n"
+        "hexNeg=-0x10\r\nhexNone=0xg\r\n"
+        "[Broken\r\nafterBroken=7\r\n=no name\r\n"
+        "[CR]\rcr1=1\rcr2=2\r\r\nlf=3\n");
     const CProfileIni ini(m_file);
+    const std::tuple<const char*, const char*, std::int32_t> ints[] = {
+        {"Ints", "wrap0", 0},     {"Ints", "wrap1", 1},          {"Ints", "wrapNeg", -1},
+        {"Ints", "big", INT32_MIN}, {"Ints", "hex", 31},         {"Ints", "hexUpper", INT32_MAX},
+        {"Ints", "hexAll", -1},   {"Ints", "hexNeg", -16},       {"Ints", "hexNone", 0},
+        {"Ints", "afterBroken", 7}, {"Broken", "afterBroken", 99}, {"CR", "cr1", 1},
+        {"CR", "cr2", 2},         {"CR", "lf", 3},
+    };
+    for (auto [section, key, want] : ints)
+        EXPECT_EQ(ini.getInt(section, key, 99), want) << section << "/" << key;
+    EXPECT_EQ(ini.sectionNames(), (std::vector<std::string>{"Ints", "CR"}));
+    EXPECT_EQ(ini.getString("Ints", ""), "no name");
+    const std::pair<const char*, const char*> defaults[] = {
+        {"  plain  ", "plain"}, {" \"  quoted \" ", "  quoted "}, {"'x'", "x"}, {"\"a'", "\"a'"}};
+    for (auto [def, want] : defaults) EXPECT_EQ(ini.getString("Ints", "absent", def), want) << def;
+    // Re-saving keeps every byte, lone CRs included.
+    CProfileIni again(m_file);
+    again.writeString("CR", "cr2", "2");
+    ASSERT_TRUE(again.save());
+    EXPECT_NE(disk().find("[CR]\rcr1=1\rcr2=2\r\r\nlf=3\n"), std::string::npos);
+}
+
+TEST_F(ProfileIniTest, StringReadsAreCutToTheBufferSizeInGbkBytes) {
+    std::string hundred;  // 100 Chinese characters: 200 bytes in GBK, 300 in UTF-8
+    for (int i = 0; i < 100; ++i) hundred += "\xD6\xD0";
+    put("[S]\r\nv=abcdef\r\nzh=\xD6\xD0\xCE\xC4\xD7\xD6\r\nlong=" +  // zh: 中文字 in GBK
+        std::string(300, 'x') + "\r\nhundred=" + hundred + "\r\nmixed=a\xD6\xD0\r\n");
+    const CProfileIni ini(m_file);
+    std::string hundredUtf8;
+    for (int i = 0; i < 100; ++i) hundredUtf8 += "中";
     const std::tuple<const char*, std::size_t, std::string> cases[] = {
         {"v", 4, "abc"},
         {"v", 7, "abcdef"},
         {"v", 0, ""},
-        {"zh", 5, "中"},  // 4 bytes allowed: the second character does not fit whole
-        {"zh", 7, "中文"},
+        {"zh", 4, "中"},  // 3 bytes allowed: the second character does not fit whole
+        {"zh", 5, "中文"},
+        {"zh", 7, "中文字"},
+        {"mixed", 3, "a"},
         {"long", kProfileStringSize, std::string(259, 'x')},
+        {"hundred", kProfileStringSize, hundredUtf8},
+        {"hundred", 200, hundredUtf8.substr(0, 99 * 3)},
         {"absent", 3, "de"},  // the default is cut the same way
     };
     for (const auto& [key, size, want] : cases)
@@ -128,6 +165,20 @@ TEST_F(ProfileIniTest, WrittenTextCannotCreateLinesOrSections) {
     const CProfileIni back(m_file);
     EXPECT_EQ(back.sectionNames(), std::vector<std::string>{"A"});
     EXPECT_EQ(back.getString("A", "k2 [evil2]"), "v");
+}
+
+// A value a read would trim or unquote is written in quotes, so it comes back as written.
+TEST_F(ProfileIniTest, WrittenValuesReadBackExactly) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"  hi  ", "\"  hi  \""}, {"\"q\"", "\"\"q\"\""}, {"'x'", "\"'x'\""},
+        {" ", "\" \""},           {"\"a'", "\"a'"},       {"a \"b\" c", "a \"b\" c"},
+        {"", ""},                 {"中文 ", "\"\xD6\xD0\xCE\xC4 \""},
+    };
+    for (const auto& [value, onDisk] : cases) {
+        put("[S]\r\n");
+        EXPECT_EQ(writeAndSave("S", "k", value), "[S]\r\nk=" + onDisk + "\r\n") << value;
+        EXPECT_EQ(profileGetString(m_file, "S", "k"), value);
+    }
 }
 
 TEST_F(ProfileIniTest, RefusedNamesChangeNothing) {
