@@ -4,6 +4,14 @@
 
 #include <climits>
 #include <random>
+#include <set>
+
+#ifndef _WIN32
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
 
 #include "support/temp_dir.h"
 
@@ -265,5 +273,162 @@ TEST_F(ProfileIniTest, ListingAndRemoving) {
     EXPECT_FALSE(ini.removeSection("nope"));
     EXPECT_EQ(ini.bytes(), "[A]\r\nx=1\r\n; c\r\nx=3\r\n[a]\r\nw=1\r\n");
 }
+
+// ---- Saving safely ---------------------------------------------------------------------------
+
+// Two objects loaded before either saves: each save applies its own writes to what the other
+// left, so neither loses the other's keys.
+TEST_F(ProfileIniTest, SaveReappliesWritesToTheCurrentFile) {
+    put("[S]\r\nkeep=1\r\n");
+    CProfileIni first(m_file), second(m_file);
+    first.writeString("S", "a", "1");
+    second.writeString("S", "b", "2");
+    second.removeKey("S", "keep");
+    ASSERT_TRUE(first.save());
+    ASSERT_TRUE(second.save());
+    EXPECT_EQ(disk(), "[S]\r\na=1\r\nb=2\r\n");
+    EXPECT_EQ(second.getString("S", "a"), "1");  // a saved object holds what it wrote
+}
+
+TEST_F(ProfileIniTest, LeftoverTemporariesNeverBlockASave) {
+    put("[S]\r\nk=1\r\n");
+    const fs::path leftoverFile = m_dir / "Profile.ini.~1-2-3.tmp";
+    writeFileBytes(leftoverFile, "half");
+    for (const char* name : {"Profile.ini.new", "Profile.ini.~4-5-6.tmp"})
+        fs::create_directories(m_dir / name / "inside");
+    EXPECT_TRUE(profileWriteString(m_file, "S", "k", "2"));
+    EXPECT_EQ(profileGetInt(m_file, "S", "k", 0), 2);
+    EXPECT_FALSE(fs::exists(leftoverFile));
+}
+
+#ifndef _WIN32
+
+TEST_F(ProfileIniTest, ReadOnlyFilesAndFoldersAreNotReplaced) {
+    const std::string before = "[S]\r\nk=1\r\n";
+    put(before);
+    fs::permissions(m_file, fs::perms::owner_read | fs::perms::group_read);
+    CProfileIni ini(m_file);
+    ini.writeString("S", "k", "2");
+    const FileWriteResult result = ini.save();
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.message(), "无法保存设置文件 " + m_file.string() +
+                                    "：文件是只读的。本次修改只在舵手关闭前有效。");
+    EXPECT_EQ(disk(), before);
+    EXPECT_EQ(fs::status(m_file).permissions(), fs::perms::owner_read | fs::perms::group_read);
+    EXPECT_EQ(ini.getString("S", "k"), "2");  // memory keeps the change
+
+    // A writable file keeps its exact mode across a save.
+    fs::permissions(m_file, fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_TRUE(ini.save());
+    EXPECT_EQ(fs::status(m_file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+
+    const fs::path folder = m_dir / "folder.ini";
+    fs::create_directories(folder);
+    const FileWriteResult refused = CProfileIni(folder).saveAs(folder);
+    EXPECT_FALSE(refused.ok);
+    EXPECT_EQ(refused.reason, "同名的文件夹或其他对象已存在");
+}
+
+TEST_F(ProfileIniTest, ASymlinkIsWrittenThrough) {
+    const fs::path real = m_dir / "real" / "Profile.ini";
+    writeFileBytes(real, "[S]\r\nk=1\r\n");
+    fs::create_symlink(fs::path("real") / "Profile.ini", m_file);
+    EXPECT_TRUE(profileWriteString(m_file, "S", "k", "2"));
+    EXPECT_TRUE(fs::is_symlink(m_file));
+    EXPECT_EQ(readFileBytes(real), "[S]\r\nk=2\r\n");
+}
+
+// The concurrency tests save hundreds of times; on a memory file system the flushes to disk
+// cost nothing, and what they test (the lock and the rename) is the same.
+class ConcurrentSaveTest : public ::testing::Test {
+protected:
+    ConcurrentSaveTest() {
+        fs::remove_all(m_folder);
+        fs::create_directories(m_folder);
+    }
+    ~ConcurrentSaveTest() override { fs::remove_all(m_folder); }
+
+    // Runs `body` in a child process that ends with it.
+    template <typename Body>
+    static pid_t spawn(Body body) {
+        const pid_t pid = fork();
+        if (pid == 0) {
+            body();
+            _exit(0);
+        }
+        return pid;
+    }
+
+    fs::path m_folder = (fs::is_directory("/dev/shm") ? fs::path("/dev/shm")
+                                                      : fs::temp_directory_path()) /
+                        ("helmsman_save_" + std::to_string(getpid()));
+    fs::path m_file = m_folder / "Profile.ini";
+};
+
+// Two processes save their own keys through the real path while this one reads: every key
+// arrives and no read ever sees the file empty or cut short.
+TEST_F(ConcurrentSaveTest, TwoWritersLoseNothing) {
+    constexpr int kSaves = 300;
+    writeFileBytes(m_file, "[Base]\r\nkeep=1\r\n");
+    std::vector<pid_t> writers;
+    for (int w = 0; w < 2; ++w)
+        writers.push_back(spawn([&, w] {
+            for (int i = 0; i < kSaves; ++i)
+                if (!profileWriteString(m_file, "W" + std::to_string(w), "k" + std::to_string(i),
+                                        std::to_string(i)))
+                    _exit(1);
+        }));
+    int reads = 0, badReads = 0;
+    for (std::size_t done = 0; done < writers.size();) {
+        const std::string bytes = readFileBytes(m_file);
+        ++reads;
+        if (bytes.rfind("[Base]\r\nkeep=1\r\n", 0) != 0 || bytes.back() != '\n') ++badReads;
+        done = 0;
+        for (pid_t& pid : writers) {
+            int status = 0;
+            if (pid > 0 && waitpid(pid, &status, WNOHANG) == pid) {
+                EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+                pid = -1;
+            }
+            done += pid < 0;
+        }
+    }
+    EXPECT_EQ(badReads, 0) << "of " << reads;
+    const CProfileIni result(m_file);
+    int lost = 0;
+    for (int w = 0; w < 2; ++w)
+        for (int i = 0; i < kSaves; ++i)
+            lost += result.getInt("W" + std::to_string(w), "k" + std::to_string(i), -1) != i;
+    EXPECT_EQ(lost, 0);
+}
+
+// A writer killed at any moment leaves one of the two contents it alternates between, whole,
+// and what it leaves behind is cleaned up by the next save.
+TEST_F(ConcurrentSaveTest, AKilledWriterLeavesOneWholeFile) {
+    const std::string a(100000, 'a'), b(150000, 'b');
+    const std::string fileA = "[S]\r\nv=" + a + "\r\n", fileB = "[S]\r\nv=" + b + "\r\n";
+    writeFileBytes(m_file, fileA);
+    std::mt19937 rng(11);
+    for (int round = 0; round < 25; ++round) {
+        const pid_t pid = spawn([&] {
+            for (CProfileIni ini(m_file);;) {
+                ini.writeString("S", "v", ini.getString("S", "v", "", 1 << 20) == a ? b : a);
+                ini.save();
+            }
+        });
+        usleep(std::uniform_int_distribution<useconds_t>(0, 4000)(rng));
+        kill(pid, SIGKILL);
+        waitpid(pid, nullptr, 0);
+        const std::string bytes = readFileBytes(m_file);
+        ASSERT_TRUE(bytes == fileA || bytes == fileB) << "round " << round << ": " << bytes.size();
+    }
+    ASSERT_TRUE(profileWriteString(m_file, "S", "v", "done"));
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(m_folder))
+        names.insert(entry.path().filename().string());
+    EXPECT_EQ(names, (std::set<std::string>{"Profile.ini", "Profile.ini.lock"}));
+}
+
+#endif
 
 }  // namespace
