@@ -52,6 +52,12 @@ std::string_view unquote(std::string_view v) {
     return v;
 }
 
+// A written name or value as it will read back from disk: text that is not valid UTF-8
+// cannot be stored and comes back changed ('?'), so it is matched and stored changed alike.
+std::string throughDisk(const std::string& utf8) {
+    return isAscii(utf8) ? utf8 : gbk::toUtf8(gbk::fromUtf8(utf8));
+}
+
 // A line break or NUL inside a written name or value would let it end the line early and
 // smuggle in a key or a section; a blank in its place keeps the text on one line.
 std::string sanitise(std::string_view s) {
@@ -331,13 +337,13 @@ std::string CProfileIni::newLineEnd() const {
 
 bool CProfileIni::writeString(std::string_view section, std::string_view key,
                               std::string_view value) {
-    const std::string sectionName(trim(sanitise(section)));
-    const std::string keyName(trim(sanitise(key)));
+    const std::string sectionName(trim(throughDisk(sanitise(section))));
+    const std::string keyName(trim(throughDisk(sanitise(key))));
     if (sectionName.empty() || sectionName.find(']') != std::string::npos) return false;
     if (keyName.empty() || keyName.find('=') != std::string::npos || keyName.front() == '[' ||
         keyName.front() == ';' || keyName.front() == '#')
         return false;
-    const std::string text = protectValue(sanitise(value));
+    const std::string text = protectValue(throughDisk(sanitise(value)));
     m_edits.push_back({EditKind::Write, sectionName, keyName, text});
     return applyWrite(sectionName, keyName, text);
 }
