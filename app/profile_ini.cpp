@@ -283,7 +283,9 @@ const CProfileIni::Line* CProfileIni::findKeyLine(std::string_view section,
 std::string CProfileIni::getString(std::string_view section, std::string_view key,
                                    std::string_view def, std::size_t size) const {
     const Line* line = findKeyLine(section, key);
-    const std::string_view text = line ? std::string_view(line->value) : unquote(trim(def));
+    std::string_view text = line ? std::string_view(line->value) : unquote(trim(def));
+    // The caller gets a C string: a NUL in the file ends it there.
+    text = text.substr(0, text.find('\0'));
     return cutGbk(text, size == 0 ? 0 : size - 1);
 }
 

@@ -19,7 +19,8 @@
 //   an absent key or an empty value gives the default.
 // - String reads take a buffer size like the Windows call: at most size - 1 bytes come back,
 //   counted in GBK as on disk (100 Chinese characters fit in 260) and cut on a character
-//   boundary. A default is trimmed and unquoted like a value from the file, then cut alike.
+//   boundary; a NUL byte ends the text, as it ends the caller's C string. A default is
+//   trimmed and unquoted like a value from the file, then cut alike.
 //
 // Writing rules:
 // - A key that exists gets its value replaced in place: the key's own spelling, the blanks

@@ -78,7 +78,7 @@ TEST_F(ProfileIniTest, WindowsProfileFidelity) {
         "big=2147483648\r\nhex=0x1F\r\nhexUpper=0X7fffffff\r\nhexAll=0xFFFFFFFF\r\n"
         "hexNeg=-0x10\r\nhexNone=0xg\r\n"
         "[Broken\r\nafterBroken=7\r\n=no name\r\n"
-        "[CR]\rcr1=1\rcr2=2\r\r\nlf=3\n");
+        "[CR]\rcr1=1\rcr2=2\r\r\nlf=3\n" + std::string("[Nul]\nv=ab\0cd\n", 14));
     const CProfileIni ini(m_file);
     const std::tuple<const char*, const char*, std::int32_t> ints[] = {
         {"Ints", "wrap0", 0},     {"Ints", "wrap1", 1},          {"Ints", "wrapNeg", -1},
@@ -89,8 +89,9 @@ TEST_F(ProfileIniTest, WindowsProfileFidelity) {
     };
     for (auto [section, key, want] : ints)
         EXPECT_EQ(ini.getInt(section, key, 99), want) << section << "/" << key;
-    EXPECT_EQ(ini.sectionNames(), (std::vector<std::string>{"Ints", "CR"}));
+    EXPECT_EQ(ini.sectionNames(), (std::vector<std::string>{"Ints", "CR", "Nul"}));
     EXPECT_EQ(ini.getString("Ints", ""), "no name");
+    EXPECT_EQ(ini.getString("Nul", "v"), "ab");
     const std::pair<const char*, const char*> defaults[] = {
         {"  plain  ", "plain"}, {" \"  quoted \" ", "  quoted "}, {"'x'", "x"}, {"\"a'", "\"a'"}};
     for (auto [def, want] : defaults) EXPECT_EQ(ini.getString("Ints", "absent", def), want) << def;

@@ -70,9 +70,9 @@ Snapshot snapshot(const CProfileIni& ini) {
 }
 
 std::size_t lineCount(const std::string& bytes) {
-    // Good enough to see a line appear: writes never add a lone CR.
     std::size_t n = 0;
-    for (char c : bytes) n += c == '\n' || c == '\r';
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        n += bytes[i] == '\n' || (bytes[i] == '\r' && (i + 1 == bytes.size() || bytes[i + 1] != '\n'));
     return n;
 }
 
