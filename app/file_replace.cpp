@@ -124,7 +124,8 @@ void removeLeftoverTemps(const fs::path& target) {
     for (fs::directory_iterator it(dir, ec), end; !ec && it != end; it.increment(ec)) {
         const fs::path namePath = it->path().filename();
         const auto& name = namePath.native();
-        if (name.size() > prefix.size() + suffix.size() && name.compare(0, prefix.size(), prefix) == 0 &&
+        if (name.size() > prefix.size() + suffix.size() &&
+            name.compare(0, prefix.size(), prefix) == 0 &&
             name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0) {
             std::error_code ignored;
             fs::remove(it->path(), ignored);
@@ -190,8 +191,8 @@ FileWriteResult writeAndReplace(const fs::path& target, const std::string& data)
     HANDLE h = INVALID_HANDLE_VALUE;
     for (int attempt = 0; attempt < 100 && h == INVALID_HANDLE_VALUE; ++attempt) {
         temp = uniqueTempName(target, static_cast<long>(GetCurrentProcessId()));
-        h = CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                        FILE_ATTRIBUTE_NORMAL, nullptr);
+        h = CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
+                        nullptr);
         const DWORD error = GetLastError();
         if (h == INVALID_HANDLE_VALUE && error != ERROR_FILE_EXISTS &&
             error != ERROR_ALREADY_EXISTS && error != ERROR_ACCESS_DENIED)
@@ -313,7 +314,8 @@ FileWriteResult writeAndReplace(const fs::path& target, const std::string& data,
     if (existing) {
         // Keep the file's owner and exact mode; only a privileged writer can give a file
         // away, so a failure here is expected and harmless.
-        if (::fchown(fd, existing->uid, existing->gid) != 0) { /* keep ours */ }
+        if (::fchown(fd, existing->uid, existing->gid) != 0) { /* keep ours */
+        }
         ::fchmod(fd, existing->mode);
     }
 

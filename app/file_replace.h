@@ -26,8 +26,7 @@
 // Texts of failed saves, ready for a message or a log.
 namespace file_write_text {
 // The whole message: the file's path and the reason.
-inline constexpr const char* kCannotSave =
-    "无法保存设置文件 %s：%s。本次修改只在舵手关闭前有效。";
+inline constexpr const char* kCannotSave = "无法保存设置文件 %s：%s。本次修改只在舵手关闭前有效。";
 inline constexpr const char* kReadOnlyFile = "文件是只读的";
 inline constexpr const char* kNotAFile = "同名的文件夹或其他对象已存在";
 inline constexpr const char* kCannotRead = "无法读取文件现有的内容";

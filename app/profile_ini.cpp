@@ -198,8 +198,10 @@ CProfileIni::LoadResult CProfileIni::load(const fs::path& path) {
     while (start < content.size()) {
         const std::size_t end = std::min(content.find_first_of("\r\n", start), content.size());
         std::size_t next = end;
-        if (end < content.size()) next += (content[end] == '\r' && end + 1 < content.size() &&
-                                           content[end + 1] == '\n') ? 2 : 1;
+        if (end < content.size()) {
+            const bool crlf = content.compare(end, 2, "\r\n") == 0;
+            next += crlf ? 2 : 1;
+        }
         m_lines.push_back(parseLine(content.substr(start, end - start),
                                     content.substr(end, next - end), m_lines.empty()));
         start = next;
@@ -219,23 +221,33 @@ std::string CProfileIni::bytes() const {
     return out;
 }
 
+void CProfileIni::replayEdits(CProfileIni& onto) const {
+    for (const Edit& e : m_edits) {
+        switch (e.kind) {
+            case EditKind::Write:
+                onto.applyWrite(e.section, e.key, e.value);
+                break;
+            case EditKind::RemoveKey:
+                onto.applyRemoveKey(e.section, e.key);
+                break;
+            case EditKind::RemoveSection:
+                onto.applyRemoveSection(e.section);
+                break;
+        }
+    }
+}
+
 FileWriteResult CProfileIni::save() {
     std::vector<Line> merged;
-    FileWriteResult result = replaceFileLocked(m_path, [&](const fs::path& target)
-                                                           -> std::optional<std::string> {
+    auto compose = [&](const fs::path& target) -> std::optional<std::string> {
         CProfileIni current;
         if (current.load(target) == LoadResult::Unreadable) return std::nullopt;
-        for (const Edit& e : m_edits) {
-            switch (e.kind) {
-                case EditKind::Write: current.applyWrite(e.section, e.key, e.value); break;
-                case EditKind::RemoveKey: current.applyRemoveKey(e.section, e.key); break;
-                case EditKind::RemoveSection: current.applyRemoveSection(e.section); break;
-            }
-        }
+        replayEdits(current);
         std::string data = current.bytes();
         merged = std::move(current.m_lines);
         return data;
-    });
+    };
+    FileWriteResult result = replaceFileLocked(m_path, compose);
     if (result) {
         m_lines = std::move(merged);
         m_edits.clear();
@@ -246,9 +258,8 @@ FileWriteResult CProfileIni::save() {
 
 FileWriteResult CProfileIni::saveAs(const fs::path& path) {
     if (path == m_path) return save();
-    return replaceFileLocked(path, [&](const fs::path&) -> std::optional<std::string> {
-        return bytes();
-    });
+    return replaceFileLocked(
+        path, [&](const fs::path&) -> std::optional<std::string> { return bytes(); });
 }
 
 // ---- Lookup --------------------------------------------------------------------------------

@@ -127,6 +127,7 @@ private:
     bool applyWrite(const std::string& section, const std::string& key, const std::string& value);
     bool applyRemoveKey(std::string_view section, std::string_view key);
     bool applyRemoveSection(std::string_view section);
+    void replayEdits(CProfileIni& onto) const;
     const Line* findKeyLine(std::string_view section, std::string_view key) const;
     std::string newLineEnd() const;
 

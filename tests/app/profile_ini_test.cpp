@@ -78,14 +78,24 @@ TEST_F(ProfileIniTest, WindowsProfileFidelity) {
         "big=2147483648\r\nhex=0x1F\r\nhexUpper=0X7fffffff\r\nhexAll=0xFFFFFFFF\r\n"
         "hexNeg=-0x10\r\nhexNone=0xg\r\n"
         "[Broken\r\nafterBroken=7\r\n=no name\r\n"
-        "[CR]\rcr1=1\rcr2=2\r\r\nlf=3\n" + std::string("[Nul]\nv=ab\0cd\n", 14));
+        "[CR]\rcr1=1\rcr2=2\r\r\nlf=3\n" +
+        std::string("[Nul]\nv=ab\0cd\n", 14));
     const CProfileIni ini(m_file);
     const std::tuple<const char*, const char*, std::int32_t> ints[] = {
-        {"Ints", "wrap0", 0},     {"Ints", "wrap1", 1},          {"Ints", "wrapNeg", -1},
-        {"Ints", "big", INT32_MIN}, {"Ints", "hex", 31},         {"Ints", "hexUpper", INT32_MAX},
-        {"Ints", "hexAll", -1},   {"Ints", "hexNeg", -16},       {"Ints", "hexNone", 0},
-        {"Ints", "afterBroken", 7}, {"Broken", "afterBroken", 99}, {"CR", "cr1", 1},
-        {"CR", "cr2", 2},         {"CR", "lf", 3},
+        {"Ints", "wrap0", 0},
+        {"Ints", "wrap1", 1},
+        {"Ints", "wrapNeg", -1},
+        {"Ints", "big", INT32_MIN},
+        {"Ints", "hex", 31},
+        {"Ints", "hexUpper", INT32_MAX},
+        {"Ints", "hexAll", -1},
+        {"Ints", "hexNeg", -16},
+        {"Ints", "hexNone", 0},
+        {"Ints", "afterBroken", 7},
+        {"Broken", "afterBroken", 99},
+        {"CR", "cr1", 1},
+        {"CR", "cr2", 2},
+        {"CR", "lf", 3},
     };
     for (auto [section, key, want] : ints)
         EXPECT_EQ(ini.getInt(section, key, 99), want) << section << "/" << key;
@@ -179,9 +189,14 @@ TEST_F(ProfileIniTest, WrittenTextCannotCreateLinesOrSections) {
 // A value a read would trim or unquote is written in quotes, so it comes back as written.
 TEST_F(ProfileIniTest, WrittenValuesReadBackExactly) {
     const std::pair<std::string, std::string> cases[] = {
-        {"  hi  ", "\"  hi  \""}, {"\"q\"", "\"\"q\"\""}, {"'x'", "\"'x'\""},
-        {" ", "\" \""},           {"\"a'", "\"a'"},       {"a \"b\" c", "a \"b\" c"},
-        {"", ""},                 {"中文 ", "\"\xD6\xD0\xCE\xC4 \""},
+        {"  hi  ", "\"  hi  \""},
+        {"\"q\"", "\"\"q\"\""},
+        {"'x'", "\"'x'\""},
+        {" ", "\" \""},
+        {"\"a'", "\"a'"},
+        {"a \"b\" c", "a \"b\" c"},
+        {"", ""},
+        {"中文 ", "\"\xD6\xD0\xCE\xC4 \""},
     };
     for (const auto& [value, onDisk] : cases) {
         put("[S]\r\n");
@@ -360,9 +375,9 @@ protected:
         return pid;
     }
 
-    fs::path m_folder = (fs::is_directory("/dev/shm") ? fs::path("/dev/shm")
-                                                      : fs::temp_directory_path()) /
-                        ("helmsman_save_" + std::to_string(getpid()));
+    fs::path m_folder =
+        (fs::is_directory("/dev/shm") ? fs::path("/dev/shm") : fs::temp_directory_path()) /
+        ("helmsman_save_" + std::to_string(getpid()));
     fs::path m_file = m_folder / "Profile.ini";
 };
 

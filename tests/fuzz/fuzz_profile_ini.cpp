@@ -3,6 +3,7 @@
 // not valid UTF-8 is stored as the codec stores it) without adding more than its own key
 // line and section line or changing any other key.
 #include <fuzzer/FuzzedDataProvider.h>
+#include <unistd.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +12,6 @@
 #include <fstream>
 #include <map>
 #include <string>
-#include <unistd.h>
 
 #include "app/profile_ini.h"
 #include "host/gbk_codec.h"
@@ -72,7 +72,8 @@ Snapshot snapshot(const CProfileIni& ini) {
 std::size_t lineCount(const std::string& bytes) {
     std::size_t n = 0;
     for (std::size_t i = 0; i < bytes.size(); ++i)
-        n += bytes[i] == '\n' || (bytes[i] == '\r' && (i + 1 == bytes.size() || bytes[i + 1] != '\n'));
+        n += bytes[i] == '\n' ||
+             (bytes[i] == '\r' && (i + 1 == bytes.size() || bytes[i + 1] != '\n'));
     return n;
 }
 

@@ -1,12 +1,13 @@
 // The module's settings load from whatever Profile.ini holds; saving them and loading again
 // gives the same settings, and the save itself never fails on a writable file.
+#include <unistd.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <unistd.h>
 
 #include "app/settings.h"
 
