@@ -167,14 +167,15 @@ int CHelmsmanManage::submitBatch(std::vector<tagBrokerOrder>& orders, bool confi
 
 void CHelmsmanManage::loadSettings() { m_settings = ::loadSettings(profilePath()); }
 
-void CHelmsmanManage::saveSettings(const HelmsmanSettings& s) {
-    ::saveSettings(profilePath(), s);
+FileWriteResult CHelmsmanManage::saveSettings(const HelmsmanSettings& s) {
+    FileWriteResult result = ::saveSettings(profilePath(), s);
     const std::int32_t autoKP = m_settings.bAutoKP;
     const std::int32_t minAutoKPPos = m_settings.nMinAutoKPPos;
     m_settings = s;
     // Never written, so the in-memory values stay what was read.
     m_settings.bAutoKP = autoKP;
     m_settings.nMinAutoKPPos = minAutoKPPos;
+    return result;
 }
 
 std::string CHelmsmanManage::mapKey(int n, const std::string& text) {

@@ -102,8 +102,9 @@ public:
     std::filesystem::path profilePath() const { return userFile("Profile.ini"); }
     void loadSettings();
     // Writes the file, then replaces the in-memory record (bAutoKP/nMinAutoKPPos are kept
-    // from memory, never written).
-    void saveSettings(const HelmsmanSettings& s);
+    // from memory, never written). The record is replaced even when the file could not be
+    // written: the module reports no writing errors, the result is there for a log.
+    FileWriteResult saveSettings(const HelmsmanSettings& s);
 
     // ---- Keyed map of shared entries (read by the algo worker) ----------------------
     static std::string mapKey(int n, const std::string& text);

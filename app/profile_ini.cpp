@@ -4,7 +4,6 @@
 #include <fstream>
 #include <limits>
 #include <sstream>
-#include <system_error>
 
 #include "host/gbk_codec.h"
 
@@ -53,6 +52,12 @@ std::string_view unquote(std::string_view v) {
     return v;
 }
 
+// A written name or value as it will read back from disk: text that is not valid UTF-8
+// cannot be stored and comes back changed ('?'), so it is matched and stored changed alike.
+std::string throughDisk(const std::string& utf8) {
+    return isAscii(utf8) ? utf8 : gbk::toUtf8(gbk::fromUtf8(utf8));
+}
+
 // A line break or NUL inside a written name or value would let it end the line early and
 // smuggle in a key or a section; a blank in its place keeps the text on one line.
 std::string sanitise(std::string_view s) {
@@ -62,7 +67,43 @@ std::string sanitise(std::string_view s) {
     return out;
 }
 
+// The text to put after '=' so that a read gives back exactly `value`: quoted when a read
+// would trim blanks from it or strip a pair of quotes off it.
+std::string protectValue(const std::string& value) {
+    if (trim(value) == value && unquote(value) == value) return value;
+    return "\"" + value + "\"";
+}
+
+int hexDigit(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+
 }  // namespace
+
+std::int32_t parseProfileInt(std::string_view text) {
+    std::size_t i = 0;
+    while (i < text.size() && isBlank(text[i])) ++i;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
+    unsigned base = 10;
+    if (i + 2 < text.size() && text[i] == '0' && (text[i + 1] == 'x' || text[i + 1] == 'X') &&
+        hexDigit(text[i + 2]) >= 0) {
+        base = 16;
+        i += 2;
+    }
+    // Unsigned arithmetic wraps modulo 2^32, which is what the platform's reads do.
+    std::uint32_t value = 0;
+    for (; i < text.size(); ++i) {
+        const int digit = hexDigit(text[i]);
+        if (digit < 0 || static_cast<unsigned>(digit) >= base) break;
+        value = value * base + static_cast<std::uint32_t>(digit);
+    }
+    if (negative) value = 0u - value;
+    return static_cast<std::int32_t>(value);
+}
 
 std::optional<std::int32_t> parseLeadingInt(std::string_view text) {
     std::size_t i = 0;
@@ -87,6 +128,26 @@ std::string cutUtf8(std::string_view text, std::size_t maxBytes) {
     return std::string(text.substr(0, n));
 }
 
+std::string cutGbk(std::string_view text, std::size_t maxBytes) {
+    // GBK never takes more bytes than UTF-8 (1 for ASCII, 2 for what takes 2 or 3 in UTF-8,
+    // 4 for what takes 4), so text that fits in UTF-8 fits.
+    if (text.size() <= maxBytes) return std::string(text);
+    const std::string gbkBytes = gbk::fromUtf8(text);
+    if (gbkBytes.size() <= maxBytes) return std::string(text);
+    // Walk whole characters: ASCII is one byte; a two-byte character has a lead byte from
+    // 0x81; the four-byte form has a digit as its second byte.
+    std::size_t n = 0;
+    for (;;) {
+        const auto lead = static_cast<unsigned char>(gbkBytes[n]);
+        std::size_t width = 1;
+        if (lead >= 0x81 && n + 1 < gbkBytes.size())
+            width = (gbkBytes[n + 1] >= '0' && gbkBytes[n + 1] <= '9') ? 4 : 2;
+        if (n + width > maxBytes) break;
+        n += width;
+    }
+    return gbk::toUtf8(std::string_view(gbkBytes).substr(0, n));
+}
+
 // ---- Loading and saving --------------------------------------------------------------------
 
 CProfileIni::Line CProfileIni::parseLine(std::string raw, std::string eol, bool firstLine) {
@@ -100,15 +161,12 @@ CProfileIni::Line CProfileIni::parseLine(std::string raw, std::string eol, bool 
     const std::string_view t = trim(text);
     if (t.empty()) {
         line.kind = Kind::Blank;
-    } else if (t.front() == '[') {
+    } else if (t.front() == '[' && t.find(']') != std::string_view::npos) {
         line.kind = Kind::Section;
-        std::string_view name = t.substr(1);
-        name = name.substr(0, name.find(']'));
-        line.name = std::string(trim(name));
+        line.name = std::string(trim(t.substr(1, t.find(']') - 1)));
     } else if (t.front() == ';' || t.front() == '#') {
         line.kind = Kind::Comment;
-    } else if (auto eq = t.find('=');
-               eq != std::string_view::npos && !trim(t.substr(0, eq)).empty()) {
+    } else if (auto eq = t.find('='); eq != std::string_view::npos) {
         line.kind = Kind::Key;
         line.name = std::string(trim(t.substr(0, eq)));
         line.value = std::string(unquote(trim(t.substr(eq + 1))));
@@ -119,6 +177,7 @@ CProfileIni::Line CProfileIni::parseLine(std::string raw, std::string eol, bool 
 CProfileIni::LoadResult CProfileIni::load(const fs::path& path) {
     m_path = path;
     m_lines.clear();
+    m_edits.clear();
     std::error_code ec;
     const auto status = fs::status(path, ec);
     if (!fs::exists(status)) return m_loadResult = LoadResult::Missing;
@@ -134,24 +193,18 @@ CProfileIni::LoadResult CProfileIni::load(const fs::path& path) {
         content = std::move(buffer).str();
     }
 
+    // CR LF, LF and a lone CR all end a line. Neither byte occurs inside a GBK character.
     std::size_t start = 0;
     while (start < content.size()) {
-        std::size_t nl = content.find('\n', start);
-        std::string eol;
-        std::size_t end;
-        if (nl == std::string::npos) {
-            end = content.size();
-        } else {
-            end = nl;
-            eol = "\n";
+        const std::size_t end = std::min(content.find_first_of("\r\n", start), content.size());
+        std::size_t next = end;
+        if (end < content.size()) {
+            const bool crlf = content.compare(end, 2, "\r\n") == 0;
+            next += crlf ? 2 : 1;
         }
-        if (!eol.empty() && end > start && content[end - 1] == '\r') {
-            --end;
-            eol = "\r\n";
-        }
-        m_lines.push_back(
-            parseLine(content.substr(start, end - start), std::move(eol), m_lines.empty()));
-        start = nl == std::string::npos ? content.size() : nl + 1;
+        m_lines.push_back(parseLine(content.substr(start, end - start),
+                                    content.substr(end, next - end), m_lines.empty()));
+        start = next;
     }
     return m_loadResult = LoadResult::Loaded;
 }
@@ -168,36 +221,45 @@ std::string CProfileIni::bytes() const {
     return out;
 }
 
-bool CProfileIni::save() const {
-    return saveAs(m_path);
-}
-
-bool CProfileIni::saveAs(const fs::path& path) const {
-    if (path.empty()) return false;
-    // A file that exists but could not be read must not be replaced by what little we hold.
-    if (m_loadResult == LoadResult::Unreadable && path == m_path) return false;
-    std::error_code ec;
-    if (path.has_parent_path()) fs::create_directories(path.parent_path(), ec);
-
-    fs::path temp = path;
-    temp += ".new";
-    {
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        if (!out) return false;
-        const std::string data = bytes();
-        out.write(data.data(), static_cast<std::streamsize>(data.size()));
-        out.close();
-        if (!out) {
-            fs::remove(temp, ec);
-            return false;
+void CProfileIni::replayEdits(CProfileIni& onto) const {
+    for (const Edit& e : m_edits) {
+        switch (e.kind) {
+            case EditKind::Write:
+                onto.applyWrite(e.section, e.key, e.value);
+                break;
+            case EditKind::RemoveKey:
+                onto.applyRemoveKey(e.section, e.key);
+                break;
+            case EditKind::RemoveSection:
+                onto.applyRemoveSection(e.section);
+                break;
         }
     }
-    fs::rename(temp, path, ec);
-    if (ec) {
-        fs::remove(temp, ec);
-        return false;
+}
+
+FileWriteResult CProfileIni::save() {
+    std::vector<Line> merged;
+    auto compose = [&](const fs::path& target) -> std::optional<std::string> {
+        CProfileIni current;
+        if (current.load(target) == LoadResult::Unreadable) return std::nullopt;
+        replayEdits(current);
+        std::string data = current.bytes();
+        merged = std::move(current.m_lines);
+        return data;
+    };
+    FileWriteResult result = replaceFileLocked(m_path, compose);
+    if (result) {
+        m_lines = std::move(merged);
+        m_edits.clear();
+        m_loadResult = LoadResult::Loaded;
     }
-    return true;
+    return result;
+}
+
+FileWriteResult CProfileIni::saveAs(const fs::path& path) {
+    if (path == m_path) return save();
+    return replaceFileLocked(
+        path, [&](const fs::path&) -> std::optional<std::string> { return bytes(); });
 }
 
 // ---- Lookup --------------------------------------------------------------------------------
@@ -232,14 +294,17 @@ const CProfileIni::Line* CProfileIni::findKeyLine(std::string_view section,
 std::string CProfileIni::getString(std::string_view section, std::string_view key,
                                    std::string_view def, std::size_t size) const {
     const Line* line = findKeyLine(section, key);
-    return cutUtf8(line ? std::string_view(line->value) : def, size == 0 ? 0 : size - 1);
+    std::string_view text = line ? std::string_view(line->value) : unquote(trim(def));
+    // The caller gets a C string: a NUL in the file ends it there.
+    text = text.substr(0, text.find('\0'));
+    return cutGbk(text, size == 0 ? 0 : size - 1);
 }
 
 std::int32_t CProfileIni::getInt(std::string_view section, std::string_view key,
                                  std::int32_t def) const {
     const Line* line = findKeyLine(section, key);
     if (!line || line->value.empty()) return def;
-    return parseLeadingInt(line->value).value_or(0);
+    return parseProfileInt(line->value);
 }
 
 bool CProfileIni::hasKey(std::string_view section, std::string_view key) const {
@@ -285,14 +350,20 @@ std::string CProfileIni::newLineEnd() const {
 
 bool CProfileIni::writeString(std::string_view section, std::string_view key,
                               std::string_view value) {
-    const std::string sectionName(trim(sanitise(section)));
-    const std::string keyName(trim(sanitise(key)));
-    const std::string text = sanitise(value);
+    const std::string sectionName(trim(throughDisk(sanitise(section))));
+    const std::string keyName(trim(throughDisk(sanitise(key))));
     if (sectionName.empty() || sectionName.find(']') != std::string::npos) return false;
     if (keyName.empty() || keyName.find('=') != std::string::npos || keyName.front() == '[' ||
         keyName.front() == ';' || keyName.front() == '#')
         return false;
+    const std::string text = protectValue(throughDisk(sanitise(value)));
+    m_edits.push_back({EditKind::Write, sectionName, keyName, text});
+    return applyWrite(sectionName, keyName, text);
+}
 
+// `text` is the value as it goes on the line, names are checked already.
+bool CProfileIni::applyWrite(const std::string& sectionName, const std::string& keyName,
+                             const std::string& text) {
     const std::string nl = newLineEnd();
     auto range = findSection(sectionName);
     if (range) {
@@ -328,6 +399,11 @@ bool CProfileIni::writeString(std::string_view section, std::string_view key,
 }
 
 bool CProfileIni::removeKey(std::string_view section, std::string_view key) {
+    m_edits.push_back({EditKind::RemoveKey, std::string(section), std::string(key), {}});
+    return applyRemoveKey(section, key);
+}
+
+bool CProfileIni::applyRemoveKey(std::string_view section, std::string_view key) {
     auto range = findSection(section);
     if (!range) return false;
     auto index = findKey(*range, key);
@@ -337,6 +413,11 @@ bool CProfileIni::removeKey(std::string_view section, std::string_view key) {
 }
 
 bool CProfileIni::removeSection(std::string_view section) {
+    m_edits.push_back({EditKind::RemoveSection, std::string(section), {}, {}});
+    return applyRemoveSection(section);
+}
+
+bool CProfileIni::applyRemoveSection(std::string_view section) {
     auto range = findSection(section);
     if (!range) return false;
     m_lines.erase(m_lines.begin() + static_cast<std::ptrdiff_t>(range->header),
@@ -360,5 +441,5 @@ bool profileWriteString(const fs::path& path, std::string_view section, std::str
                         std::string_view value) {
     CProfileIni ini(path);
     if (ini.loadResult() == CProfileIni::LoadResult::Unreadable) return false;
-    return ini.writeString(section, key, value) && ini.save();
+    return ini.writeString(section, key, value) && ini.save().ok;
 }

@@ -49,7 +49,7 @@ HelmsmanSettings loadSettings(const std::filesystem::path& profileIni) {
     s.bLoadLastSymbol = i("bLoadLastSymbol", d.bLoadLastSymbol);
     // The field is 16 bits wide; a larger number keeps its low 16 bits.
     s.wExchangeID = static_cast<std::uint16_t>(i("wExchangeID", d.wExchangeID));
-    s.szSymbolCode = cutUtf8(t("szSymbolCode"), kSymbolCodeBytes);
+    s.szSymbolCode = cutGbk(t("szSymbolCode"), kSymbolCodeBytes);
     s.bSaveVolume = i("bSaveVolume", d.bSaveVolume);
     s.dLastVolume = w("dLastVolume", d.dLastVolume);
     s.dDefaultVolume = w("dDefaultVolume", d.dDefaultVolume);
@@ -75,9 +75,8 @@ HelmsmanSettings loadSettings(const std::filesystem::path& profileIni) {
     return s;
 }
 
-void saveSettings(const std::filesystem::path& profileIni, const HelmsmanSettings& s) {
+FileWriteResult saveSettings(const std::filesystem::path& profileIni, const HelmsmanSettings& s) {
     CProfileIni ini(profileIni);
-    if (ini.loadResult() == CProfileIni::LoadResult::Unreadable) return;
     const char* sec = kHelmsmanSection;
     auto i = [&](const char* key, std::int32_t v) { ini.writeString(sec, key, formatInt(v)); };
     auto w = [&](const char* key, double v) { ini.writeString(sec, key, formatWhole(v)); };
@@ -113,5 +112,5 @@ void saveSettings(const std::filesystem::path& profileIni, const HelmsmanSetting
     i("nAFStopLossPoint", s.nAFStopLossPoint);
     i("bAutoFillTakeProfit", s.bAutoFillTakeProfit);
     i("nAFTakeProfitPoint", s.nAFTakeProfitPoint);
-    ini.save();
+    return ini.save();
 }

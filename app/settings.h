@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <string>
 
+#include "app/file_replace.h"
+
 inline constexpr const char* kHelmsmanSection = "Helmsman";
 
 struct HelmsmanSettings {
@@ -48,5 +50,7 @@ struct HelmsmanSettings {
 
 // Reads section "Helmsman" of the file; absent keys take their defaults. Never throws.
 HelmsmanSettings loadSettings(const std::filesystem::path& profileIni);
-// Writes every key except bAutoKP and nMinAutoKPPos, in table order. Never throws.
-void saveSettings(const std::filesystem::path& profileIni, const HelmsmanSettings& s);
+// Writes every key except bAutoKP and nMinAutoKPPos, in table order, keeping every other
+// key and line of the file. Never throws. The result may be shown or logged; the module
+// itself reports nothing and its in-memory settings stay as they are either way.
+FileWriteResult saveSettings(const std::filesystem::path& profileIni, const HelmsmanSettings& s);

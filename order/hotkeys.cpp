@@ -59,9 +59,8 @@ HotkeySettings loadHotkeys(const std::filesystem::path& profileIni) {
 
 bool saveHotkeys(const std::filesystem::path& profileIni, const HotkeySettings& s) {
     CProfileIni ini(profileIni);
-    if (ini.loadResult() == CProfileIni::LoadResult::Unreadable) return false;
     ini.writeString(kHotkeySection, kIniEnabled, s.bEnabled ? "1" : "0");
     for (std::size_t i = 0; i < kHotkeyActionCount; ++i)
         ini.writeString(kHotkeySection, kIniKeys[i], s.keys[i]);
-    return ini.saveAs(profileIni);
+    return ini.save().ok;
 }

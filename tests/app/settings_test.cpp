@@ -132,4 +132,19 @@ TEST_F(SettingsTest, SavingNeverCreatesOrChangesTheHandEditedKeys) {
     EXPECT_NE(after.find("\r\n\r\n[Tool]\r\nx=1\r\n"), std::string::npos);
 }
 
+// A failed save leaves the file as it was and says which file and why; reporting it is the
+// caller's choice.
+TEST_F(SettingsTest, AFailedSaveChangesNothingAndSaysWhy) {
+    const std::string before = "[Helmsman]\r\nbShowChartWnd=0\r\n";
+    put(before);
+    std::filesystem::permissions(m_file, std::filesystem::perms::owner_read);
+    HelmsmanSettings s;
+    s.bShowChartWnd = 1;
+    const FileWriteResult result = saveSettings(m_file, s);
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.file, m_file);
+    EXPECT_NE(result.message().find("本次修改只在舵手关闭前有效"), std::string::npos);
+    EXPECT_EQ(disk(), before);
+}
+
 }  // namespace
