@@ -37,7 +37,8 @@ QString placementFile() {
 // Restores the saved place on the first show and saves it whenever the window goes away.
 class PlaceKeeper final : public QObject {
 public:
-    PlaceKeeper(QWidget* w, QString kind) : QObject(w), m_window(w), m_kind(std::move(kind)) {
+    PlaceKeeper(QWidget* w, QString kind, QString file)
+        : QObject(w), m_window(w), m_kind(std::move(kind)), m_file(std::move(file)) {
         w->installEventFilter(this);
     }
 
@@ -53,8 +54,10 @@ public:
     }
 
 private:
+    QString file() const { return m_file.isEmpty() ? placementFile() : m_file; }
+
     void restore() {
-        const QString file = placementFile();
+        const QString file = this->file();
         if (file.isEmpty()) return;
         QSettings s(file, QSettings::IniFormat);
         const QRect r = s.value(m_kind + "/geometry").toRect();
@@ -67,7 +70,7 @@ private:
     }
 
     void save() {
-        const QString file = placementFile();
+        const QString file = this->file();
         if (file.isEmpty() || !m_window->testAttribute(Qt::WA_WState_Created)) return;
         QSettings s(file, QSettings::IniFormat);
         s.setValue(m_kind + "/geometry", QRect(m_window->pos(), m_window->size()));
@@ -75,6 +78,7 @@ private:
 
     QWidget* m_window;
     QString m_kind;
+    QString m_file;
     bool m_restored = false;
 };
 
@@ -130,9 +134,9 @@ void placeCentred(QWidget* w) {
     w->move(cascadePosition(anchor, w->size(), taken, availableAround(anchor.center())));
 }
 
-void rememberPlace(QWidget* w, const QString& kind) {
+void rememberPlace(QWidget* w, const QString& kind, const QString& file) {
     w->setProperty(kToolProperty, true);
-    new PlaceKeeper(w, kind);
+    new PlaceKeeper(w, kind, file);
 }
 
 }  // namespace window_placement

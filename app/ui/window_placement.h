@@ -38,7 +38,8 @@ QPoint cascadePosition(const QRect& anchor, const QSize& size, const std::vector
 void placeCentred(QWidget* w);
 
 // Brings `w` back to the place its kind had when last hidden or closed, and keeps that place
-// up to date from now on. Marks `w` as one of the add-in's windows.
-void rememberPlace(QWidget* w, const QString& kind);
+// up to date from now on. Marks `w` as one of the add-in's windows. The places are kept in
+// `file`, by default the user directory's WindowPlacement.ini.
+void rememberPlace(QWidget* w, const QString& kind, const QString& file = {});
 
 }  // namespace window_placement
