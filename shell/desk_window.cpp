@@ -299,7 +299,7 @@ void DeskWindow::buildUi() {
     m_addinLabel = new QLabel(this);
     m_noticeLabel = new QLabel(this);
     m_noticeLabel->setObjectName("deskNotice");
-    m_noticeLabel->setStyleSheet("color: #c0392b;");
+    m_noticeLabel->setStyleSheet("color: #ff4d4d; font-weight: bold;");
     statusBar()->addWidget(m_addinLabel);
     statusBar()->addWidget(m_noticeLabel, 1);
     statusBar()->addPermanentWidget(m_feedLabel);

@@ -58,16 +58,25 @@ QImage composeDesktop(QWidget* desk) {
     }
     std::sort(windows.begin() + static_cast<std::ptrdiff_t>(unowned), windows.end(),
               [](QWidget* a, QWidget* b) { return a->internalWinId() < b->internalWinId(); });
+    // Off a real screen windows have no frames: each gets a plain title bar over its top.
+    constexpr int kTitleBar = 26;
     QRect bounds;
-    for (QWidget* w : windows) bounds |= QRect(w->pos(), w->size());
+    for (QWidget* w : windows)
+        bounds |= QRect(w->pos() - QPoint(0, kTitleBar), w->size() + QSize(0, kTitleBar));
     QImage image(bounds.size(), QImage::Format_RGB32);
     image.fill(QColor(0x50, 0x58, 0x60));
     QPainter painter(&image);
     for (QWidget* w : windows) {
         const QPoint at = w->pos() - bounds.topLeft();
+        const QRect bar(at - QPoint(0, kTitleBar), QSize(w->width(), kTitleBar));
+        painter.fillRect(bar, QColor(0x2b, 0x34, 0x40));
+        painter.setPen(QColor(0xe8, 0xe8, 0xe8));
+        painter.drawText(bar.adjusted(10, 0, -10, 0), Qt::AlignVCenter | Qt::AlignLeft,
+                         w->windowTitle());
         painter.drawPixmap(at, w->grab());
         painter.setPen(QColor(0x30, 0x30, 0x30));
-        painter.drawRect(QRect(at, w->size()).adjusted(0, 0, -1, -1));
+        painter.drawRect(
+            QRect(bar.topLeft(), w->size() + QSize(0, kTitleBar)).adjusted(0, 0, -1, -1));
     }
     return image;
 }

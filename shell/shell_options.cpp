@@ -5,19 +5,21 @@
 
 namespace {
 
-bool isOption(const QString& s) { return s.startsWith("--"); }
+bool isOption(const QString& s) {
+    return s.startsWith("--");
+}
 
 // The options, described once for parsing and for --help alike.
 struct ShellParser {
     QCommandLineParser parser;
     QCommandLineOption help = parser.addHelpOption();
-    QCommandLineOption root{"root", "The host's root directory; Helmsman's files go to "
-                                    "DIR/user/<user> (default: the user's data directory).",
+    QCommandLineOption root{"root",
+                            "The host's root directory; Helmsman's files go to "
+                            "DIR/user/<user> (default: the user's data directory).",
                             "DIR"};
     QCommandLineOption user{"user", "The user name (default: demo).", "NAME"};
     QCommandLineOption marketTime{"market-time",
-                                  "Start the process clock at this local time today.",
-                                  "HH:MM:SS"};
+                                  "Start the process clock at this local time today.", "HH:MM:SS"};
     QCommandLineOption ticks{"ticks",
                              "Replay recorded ticks instead of the random walk; every following "
                              "argument up to the next option is a file.",
@@ -26,8 +28,7 @@ struct ShellParser {
                             "Call these tool exports after start-up (Options: the options "
                             "dialog).",
                             "EXPORT[,EXPORT...]"};
-    QCommandLineOption screenshot{"screenshot", "Write one PNG per visible window to DIR.",
-                                  "DIR"};
+    QCommandLineOption screenshot{"screenshot", "Write one PNG per visible window to DIR.", "DIR"};
     QCommandLineOption quitAfter{"quit-after", "Quit after MS milliseconds.", "MS"};
     QCommandLineOption measureBusy{"measure-busy",
                                    "Print the UI thread's busy share over MS, then quit.", "MS"};
@@ -57,8 +58,8 @@ bool parseInt(const QString& name, const QString& text, int minimum, int& out, Q
     bool ok = false;
     const int v = text.toInt(&ok);
     if (!ok || v < minimum) {
-        error = QString("%1: '%2' is not a whole number of at least %3").arg(name, text)
-                    .arg(minimum);
+        error =
+            QString("%1: '%2' is not a whole number of at least %3").arg(name, text).arg(minimum);
         return false;
     }
     out = v;
@@ -101,7 +102,8 @@ bool parseShellOptions(const QStringList& args, ShellOptions& out, QString& erro
         return false;
     }
     if (!p.parser.positionalArguments().isEmpty()) {
-        error = QString("unexpected argument '%1'").arg(p.parser.positionalArguments().constFirst());
+        error =
+            QString("unexpected argument '%1'").arg(p.parser.positionalArguments().constFirst());
         return false;
     }
     // The last of a repeated option counts, as it always has.

@@ -91,7 +91,9 @@ void adoptHostWindow(std::uint32_t handle) {
     owner() = w;
 }
 
-QWidget* hostWindow() { return owner().data(); }
+QWidget* hostWindow() {
+    return owner().data();
+}
 
 QPoint cascadePosition(const QRect& anchor, const QSize& size, const std::vector<QPoint>& taken,
                        const QRect& area, int step) {

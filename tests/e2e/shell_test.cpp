@@ -417,6 +417,8 @@ TEST_F(DeskTest, ARefusedOrderIsSaidOnTheStatusLineAtOnce) {
     const QString notice = m_desk->notice();
     EXPECT_TRUE(notice.startsWith("10:00:00 帐户880001 rb2105 委托被拒绝")) << notice.toStdString();
     EXPECT_TRUE(notice.endsWith(QString::fromStdString(o.strStatusMsg))) << notice.toStdString();
+    m_desk->resize(1200, 700);
+    saveScreenshot(m_desk.get(), "desk_refusal_notice.png");
 }
 
 TEST_F(DeskTest, PositionToolsTheAddinLacksAreGreyedWithTheReason) {

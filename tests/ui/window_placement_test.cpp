@@ -1,12 +1,13 @@
 // Where the add-in's windows appear: the cascade of new tickets, the host window as owner,
 // and places remembered per window kind.
+#include "app/ui/window_placement.h"
+
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
 #include <QWidget>
 #include <memory>
 
-#include "app/ui/window_placement.h"
 #include "order/ui/bargain_window.h"
 #include "support/qt_app.h"
 
@@ -29,15 +30,32 @@ TEST(WindowPlacement, CascadeStepsPastTakenSpotsAndWrapsInsideTheArea) {
     } cases[] = {
         {"nothing open: centred", anchor, size, {}, centred},
         {"one at the centre", anchor, size, {centred}, centred + QPoint(s, s)},
-        {"a few pixels off still counts", anchor, size, {centred + QPoint(3, -4)},
+        {"a few pixels off still counts",
+         anchor,
+         size,
+         {centred + QPoint(3, -4)},
          centred + QPoint(s, s)},
-        {"two deep", anchor, size, {centred, centred + QPoint(s, s)}, centred + QPoint(2 * s, 2 * s)},
+        {"two deep",
+         anchor,
+         size,
+         {centred, centred + QPoint(s, s)},
+         centred + QPoint(2 * s, 2 * s)},
         {"elsewhere does not count", anchor, size, {centred + QPoint(s, 0)}, centred},
-        {"anchor off the area: pulled inside", QRect(900, 700, 201, 201), size, {}, QPoint(800, 700)},
-        {"past the right edge: wraps to the left", QRect(700, 0, 301, 301), QSize(300, 100),
-         {QPoint(700, 100)}, QPoint(0, 100 + s)},
-        {"past the bottom: wraps to the top", QRect(0, 600, 301, 201), QSize(100, 200),
-         {QPoint(100, 600)}, QPoint(100 + s, 0)},
+        {"anchor off the area: pulled inside",
+         QRect(900, 700, 201, 201),
+         size,
+         {},
+         QPoint(800, 700)},
+        {"past the right edge: wraps to the left",
+         QRect(700, 0, 301, 301),
+         QSize(300, 100),
+         {QPoint(700, 100)},
+         QPoint(0, 100 + s)},
+        {"past the bottom: wraps to the top",
+         QRect(0, 600, 301, 201),
+         QSize(100, 200),
+         {QPoint(100, 600)},
+         QPoint(100 + s, 0)},
         {"bigger than the area: its corner", anchor, QSize(1200, 900), {}, QPoint(0, 0)},
     };
     for (const auto& c : cases) {
