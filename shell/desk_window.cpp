@@ -130,6 +130,9 @@ DeskWindow::DeskWindow(SimExchange& exchange, AddinLibrary& addin, QString setti
     buildMenus();
     loadBoard();
     restoreLayout();
+    if (m_settings.status() != QSettings::NoError) {
+        showNotice(QString(t::kLayoutNotRead).arg(QDir::toNativeSeparators(m_settings.fileName())));
+    }
     refreshMonitors(true);
     updateStatus();
 

@@ -126,6 +126,7 @@ inline constexpr const char* kNoticeExpired = "%1 帐户%2 %3 委托已失效";
 inline constexpr const char* kNoticeReason = "：%1";
 
 // The desk's own settings file.
+inline constexpr const char* kLayoutNotRead = "无法读取交易台设置文件 %1，已使用默认布局。";
 inline constexpr const char* kLayoutNotSaved = "无法写入交易台设置文件 %1，窗口布局未保存。";
 
 // Loading the add-in.
