@@ -563,7 +563,9 @@ QString orderRefusalNotice(const tagBrokerOrder& o, std::int64_t fallbackTime) {
     return text;
 }
 
-QString DeskWindow::notice() const { return m_noticeLabel->text(); }
+QString DeskWindow::notice() const {
+    return m_noticeLabel->text();
+}
 
 void DeskWindow::noteOrderChange(const tagBrokerOrder& order) {
     const QString text = orderRefusalNotice(order, SystemClock::instance().now());

@@ -38,8 +38,7 @@ CHelmsmanManage& QtModuleUi::manager() const {
 
 bool QtModuleUi::confirmOrder(const tagBrokerOrder& order, const std::string& caller,
                               const tagAlgoSetting* algo) {
-    ConfirmOrderDialog dlg(CConfirmDialog(order, algo, caller, manager().facade()),
-                           dialogOwner());
+    ConfirmOrderDialog dlg(CConfirmDialog(order, algo, caller, manager().facade()), dialogOwner());
     return dlg.exec() == QDialog::Accepted;
 }
 
@@ -54,8 +53,7 @@ bool QtModuleUi::confirmBatch(std::vector<tagBrokerOrder>& orders, const std::st
 }
 
 bool QtModuleUi::confirmTriggerOrder(const tagTriggerOrder& order, const std::string& caller) {
-    ConfirmOrderDialog dlg(CConfirmDialog(order, caller, manager().facade()),
-                           dialogOwner());
+    ConfirmOrderDialog dlg(CConfirmDialog(order, caller, manager().facade()), dialogOwner());
     return dlg.exec() == QDialog::Accepted;
 }
 
