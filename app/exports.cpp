@@ -7,6 +7,7 @@
 #include "app/helmsman_manage.h"
 #include "app/ui/qt_prompter.h"
 #include "app/ui/trade_option_page.h"
+#include "app/ui/window_placement.h"
 #include "order/ui/order_ticket_window.h"
 #include "order/ui/qt_module_ui.h"
 
@@ -53,6 +54,7 @@ void InitHelmsman(std::uint32_t hParent, CSubscibeManage* facade, const char* ro
             manager().setPrompter(&qtPrompter());
             manager().setUi(&qtUi());
             manager().init(hParent, facade, text(rootDir), text(userName), hostValue);
+            window_placement::adoptHostWindow(hParent);
             return 0;
         },
         0);

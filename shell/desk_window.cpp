@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
@@ -90,6 +91,7 @@ public:
             case kEventOrderChanged:
                 m_desk.m_dirtyOrders = true;
                 m_desk.m_dirtyAccounts = true;
+                if (data) m_desk.noteOrderChange(*reinterpret_cast<const tagBrokerOrder*>(data));
                 break;
             case kEventNewFill:
                 m_desk.m_dirtyFills = true;
@@ -129,6 +131,9 @@ DeskWindow::DeskWindow(SimExchange& exchange, AddinLibrary& addin, QString setti
     buildMenus();
     loadBoard();
     restoreLayout();
+    if (m_settings.status() != QSettings::NoError) {
+        showNotice(QString(t::kLayoutNotRead).arg(QDir::toNativeSeparators(m_settings.fileName())));
+    }
     refreshMonitors(true);
     updateStatus();
 
@@ -257,10 +262,20 @@ void DeskWindow::buildUi() {
         pane(m_allOrdersView, {}, {button(t::kCancel, [this] { cancelSelectedOrders(); })}),
         t::kAllOrders);
     m_tabs->addTab(m_fillView, t::kFills);
-    m_tabs->addTab(pane(m_positionView, {},
-                        {button(t::kToolOpenFastExit, [this] { openTool("OpenFastExit"); }),
-                         button(t::kToolOpenStopTrigger, [this] { openTool("OpenStopTrigger"); })}),
-                   t::kPositions);
+    // A tool the add-in does not offer is shown greyed with the reason, never dead.
+    auto toolButton = [this, &button](const char* exportName) {
+        const AddinTool* tool = findAddinTool(exportName);
+        const QString name = QString::fromLatin1(exportName);
+        QPushButton* b = button(tool->menuText, [this, name] { openTool(name); });
+        b->setObjectName(name);
+        const bool available = m_addin.isToolAvailable(exportName);
+        b->setEnabled(available);
+        if (!available) b->setToolTip(QString("%1%2").arg(tool->menuText, t::kNotAvailableTip));
+        return b;
+    };
+    m_tabs->addTab(
+        pane(m_positionView, {}, {toolButton("OpenFastExit"), toolButton("OpenStopTrigger")}),
+        t::kPositions);
     m_tabs->addTab(
         pane(m_triggerView, {}, {button(t::kDeleteTrigger, [this] { deleteSelectedTriggers(); })}),
         t::kTriggers);
@@ -286,7 +301,11 @@ void DeskWindow::buildUi() {
     m_feedLabel = new QLabel(this);
     m_accountLabel = new QLabel(this);
     m_addinLabel = new QLabel(this);
-    statusBar()->addWidget(m_addinLabel, 1);
+    m_noticeLabel = new QLabel(this);
+    m_noticeLabel->setObjectName("deskNotice");
+    m_noticeLabel->setStyleSheet("color: #ff4d4d; font-weight: bold;");
+    statusBar()->addWidget(m_addinLabel);
+    statusBar()->addWidget(m_noticeLabel, 1);
     statusBar()->addPermanentWidget(m_feedLabel);
     statusBar()->addPermanentWidget(m_accountLabel);
     m_sessionLabel = new QLabel(this);
@@ -391,7 +410,7 @@ void DeskWindow::restoreLayout() {
         m_splitter->setSizes({420, 400});
 }
 
-void DeskWindow::saveLayout() {
+bool DeskWindow::saveLayout() {
     m_settings.beginGroup(kLayoutGroup);
     m_settings.setValue("geometry", saveGeometry());
     m_settings.setValue("state", saveState());
@@ -405,10 +424,13 @@ void DeskWindow::saveLayout() {
     }
     m_settings.endGroup();
     m_settings.sync();
+    if (m_settings.status() == QSettings::NoError) return true;
+    showNotice(QString(t::kLayoutNotSaved).arg(QDir::toNativeSeparators(m_settings.fileName())));
+    return false;
 }
 
 void DeskWindow::closeEvent(QCloseEvent* event) {
-    saveLayout();
+    if (!saveLayout()) QMessageBox::warning(this, t::kPrompt, m_noticeLabel->text());
     QMainWindow::closeEvent(event);
     // Closing the desk ends the platform, tool windows included.
     if (event->isAccepted()) qApp->quit();
@@ -519,6 +541,45 @@ void DeskWindow::updateStatus() {
                  QString::fromUtf8(session::sessionStateText(session::sessionState(3, msOfDay)))));
     m_feedLabel->setText(m_feedText);
     m_accountLabel->setText(QString(t::kStatusAccounts).arg(loggedOnAccounts().size()));
+}
+
+void DeskWindow::showNotice(const QString& text) {
+    m_noticeLabel->setText(text);
+    m_noticeLabel->setToolTip(text);
+}
+
+QString orderRefusalNotice(const tagBrokerOrder& o, std::int64_t fallbackTime) {
+    const char* what = nullptr;
+    switch (o.nStatus) {
+        case kOrderRejected:
+            what = t::kNoticeRejected;
+            break;
+        case kOrderExpired:
+            what = t::kNoticeExpired;
+            break;
+        case kOrderCancelled:
+        case kOrderPartCancelled:
+            // The trader's own cancel carries no reason; one the exchange made does.
+            if (!o.strStatusMsg.empty()) what = t::kNoticeCancelled;
+            break;
+        default:
+            break;
+    }
+    if (!what) return {};
+    const std::int64_t when = o.tUpdateTime > 0 ? o.tUpdateTime : fallbackTime;
+    QString text = QString(what).arg(QDateTime::fromSecsSinceEpoch(when).toString("HH:mm:ss"),
+                                     q(o.strAccountID), q(o.strCode));
+    if (!o.strStatusMsg.empty()) text += QString(t::kNoticeReason).arg(q(o.strStatusMsg));
+    return text;
+}
+
+QString DeskWindow::notice() const {
+    return m_noticeLabel->text();
+}
+
+void DeskWindow::noteOrderChange(const tagBrokerOrder& order) {
+    const QString text = orderRefusalNotice(order, SystemClock::instance().now());
+    if (!text.isEmpty()) showNotice(text);
 }
 
 // ---- Commands ------------------------------------------------------------------------------

@@ -36,6 +36,11 @@ class QTableView;
 class QuoteBoardModel;
 class RecordTableModel;
 
+// The status line's words for an order the exchange refused, cancelled or let expire, with
+// time ("HH:mm:ss" of its last update, else of `fallbackTime`), account, code and the
+// exchange's reason; empty for every other change, the trader's own cancels included.
+QString orderRefusalNotice(const tagBrokerOrder& order, std::int64_t fallbackTime);
+
 class DeskWindow : public QMainWindow {
 public:
     DeskWindow(SimExchange& exchange, AddinLibrary& addin, QString settingsFile,
@@ -66,6 +71,12 @@ public:
     // Picks a row of the quote board, as a click would (links open tickets).
     void selectSymbol(const tagSymbol& symbol);
 
+    // Writes the window layout to the desk's settings file. False (and said on the status
+    // line) when the file could not be written.
+    bool saveLayout();
+    // The desk's notice on the status line: refusals, failures.
+    QString notice() const;
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 
@@ -78,7 +89,8 @@ private:
     QTableView* makeTable(QAbstractItemModel* model, const QString& name);
     void loadBoard();
     void restoreLayout();
-    void saveLayout();
+    void showNotice(const QString& text);
+    void noteOrderChange(const tagBrokerOrder& order);
 
     void onDeliverTimer();
     void onQuoteTimer();
@@ -137,6 +149,7 @@ private:
     QLabel* m_feedLabel = nullptr;
     QLabel* m_accountLabel = nullptr;
     QLabel* m_addinLabel = nullptr;
+    QLabel* m_noticeLabel = nullptr;
 
     QTimer m_deliverTimer;
     QTimer m_quoteTimer;

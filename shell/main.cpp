@@ -6,9 +6,11 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QMessageBox>
+#include <QPainter>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 
 #include "host/clock.h"
@@ -35,14 +37,59 @@ void errorBox(const QString& title, const QString& text, int quitAfterMs) {
     box.exec();
 }
 
-// Writes one PNG per visible top-level window; returns how many were written.
-int writeScreenshots(const QString& dir) {
+bool isShotWindow(const QWidget* w) {
+    const Qt::WindowType type = w->windowType();
+    return w->isVisible() && (type == Qt::Window || type == Qt::Dialog);
+}
+
+// The windows as the trader sees them: the desk, then every other window over it at its
+// place, owned windows after their owner. Off a real screen this is the only picture of
+// how the windows lie on one another.
+QImage composeDesktop(QWidget* desk) {
+    std::vector<QWidget*> windows{desk};
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w != desk && isShotWindow(w) && !w->parentWidget()) windows.push_back(w);
+    }
+    // Owned windows over their owner; without a real window manager the order they were
+    // created in (their handles grow) stands for the stacking.
+    const std::size_t unowned = windows.size();
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w != desk && isShotWindow(w) && w->parentWidget()) windows.push_back(w);
+    }
+    std::sort(windows.begin() + static_cast<std::ptrdiff_t>(unowned), windows.end(),
+              [](QWidget* a, QWidget* b) { return a->internalWinId() < b->internalWinId(); });
+    // Off a real screen windows have no frames: each gets a plain title bar over its top.
+    constexpr int kTitleBar = 26;
+    QRect bounds;
+    for (QWidget* w : windows)
+        bounds |= QRect(w->pos() - QPoint(0, kTitleBar), w->size() + QSize(0, kTitleBar));
+    QImage image(bounds.size(), QImage::Format_RGB32);
+    image.fill(QColor(0x50, 0x58, 0x60));
+    QPainter painter(&image);
+    for (QWidget* w : windows) {
+        const QPoint at = w->pos() - bounds.topLeft();
+        const QRect bar(at - QPoint(0, kTitleBar), QSize(w->width(), kTitleBar));
+        painter.fillRect(bar, QColor(0x2b, 0x34, 0x40));
+        painter.setPen(QColor(0xe8, 0xe8, 0xe8));
+        painter.drawText(bar.adjusted(10, 0, -10, 0), Qt::AlignVCenter | Qt::AlignLeft,
+                         w->windowTitle());
+        painter.drawPixmap(at, w->grab());
+        painter.setPen(QColor(0x30, 0x30, 0x30));
+        painter.drawRect(
+            QRect(bar.topLeft(), w->size() + QSize(0, kTitleBar)).adjusted(0, 0, -1, -1));
+    }
+    return image;
+}
+
+// Writes one PNG per visible top-level window, and with more than the desk up, the
+// composed desktop; returns how many files were written.
+int writeScreenshots(const QString& dir, QWidget* desk) {
     QDir().mkpath(dir);
     int n = 0;
+    int windows = 0;
     for (QWidget* w : QApplication::topLevelWidgets()) {
-        if (!w->isVisible()) continue;
-        const Qt::WindowType type = w->windowType();
-        if (type != Qt::Window && type != Qt::Dialog) continue;
+        if (!isShotWindow(w)) continue;
+        ++windows;
         QString name =
             w->objectName().isEmpty() ? QString(w->metaObject()->className()) : w->objectName();
         name.replace(QRegularExpression("[^A-Za-z0-9_-]"), "_");
@@ -51,6 +98,14 @@ int writeScreenshots(const QString& dir) {
         if (!w->grab().save(file)) {
             printErr(QString("could not write %1").arg(file));
             --n;
+        }
+    }
+    if (windows > 1 && desk->isVisible()) {
+        const QString file = QDir(dir).filePath("00_desktop.png");
+        if (composeDesktop(desk).save(file)) {
+            ++n;
+        } else {
+            printErr(QString("could not write %1").arg(file));
         }
     }
     return n;
@@ -165,22 +220,16 @@ int main(int argc, char** argv) {
     desk.startPump();
     desk.pumpOnce();
 
-    for (const QString& name : opts.openExports) {
-        // "Options" is the host's own options dialog, not an export.
-        if (name == "Options") {
-            if (!desk.showOptions(false)) printErr("--open Options: the add-in has no option page");
-            continue;
-        }
-        QString why;
-        if (!desk.openTool(name, &why)) printErr(QString("--open %1: %2").arg(name, why));
-    }
-
+    bool quitting = false;  // set when an unattended run ends: open nothing more
+    // The unattended modes are armed before any export runs: an export may run a modal
+    // dialog (ShowConfirmOrder), and these timers must still shoot and end the run from
+    // inside its event loop.
     if (!opts.screenshotDir.isEmpty()) {
         // After the opened windows are up and a few quote rounds have run.
         int at = 1600;
         if (opts.quitAfterMs >= 0 && opts.quitAfterMs < at + 200) at = opts.quitAfterMs * 3 / 5;
-        QTimer::singleShot(at, &app, [dir = opts.screenshotDir] {
-            const int n = writeScreenshots(dir);
+        QTimer::singleShot(at, &app, [dir = opts.screenshotDir, &desk] {
+            const int n = writeScreenshots(dir, &desk);
             std::printf("helmsman: %d screenshot(s) written to %s\n", n,
                         QDir(dir).absolutePath().toLocal8Bit().constData());
             std::fflush(stdout);
@@ -188,7 +237,7 @@ int main(int argc, char** argv) {
     }
     if (opts.measureBusyMs > 0) {
         desk.busyMeter().start();
-        QTimer::singleShot(opts.measureBusyMs, Qt::PreciseTimer, &app, [&desk, &exchange, &app] {
+        QTimer::singleShot(opts.measureBusyMs, Qt::PreciseTimer, &app, [&] {
             const BusyMeter::Result r = desk.busyMeter().result();
             std::printf(
                 "helmsman: %zu contracts, %.0f ms wall: UI thread busy %.1f ms (%.2f%%), "
@@ -197,10 +246,32 @@ int main(int argc, char** argv) {
                 100 * r.handlerShare(), static_cast<unsigned long long>(r.handlerCalls),
                 static_cast<unsigned long long>(exchange.stats().quoteRounds));
             std::fflush(stdout);
+            quitting = true;
             app.quit();
         });
     }
-    if (opts.quitAfterMs >= 0) QTimer::singleShot(opts.quitAfterMs, &app, &QApplication::quit);
+    if (opts.quitAfterMs >= 0) {
+        QTimer::singleShot(opts.quitAfterMs, &app, [&] {
+            quitting = true;
+            QApplication::quit();
+        });
+    }
+
+    // The exports run inside the main loop, so a quit reaches the modal loops they open (a
+    // quit ends every running loop; one started after it returns at once).
+    QTimer::singleShot(0, &app, [&] {
+        for (const QString& name : opts.openExports) {
+            if (quitting) break;
+            // "Options" is the host's own options dialog, not an export.
+            if (name == "Options") {
+                if (!desk.showOptions(false))
+                    printErr("--open Options: the add-in has no option page");
+                continue;
+            }
+            QString why;
+            if (!desk.openTool(name, &why)) printErr(QString("--open %1: %2").arg(name, why));
+        }
+    });
 
     const int rc = app.exec();
     // Tool windows go before the library that holds their code.

@@ -123,6 +123,15 @@ inline constexpr const char* kStatusAccounts = "已登录帐户 %1";
 // The session state of the commodity exchanges and of the financial futures exchange.
 inline constexpr const char* kStatusSessions = "商品期货 %1  金融期货 %2";
 inline constexpr const char* kStatusAddin = "插件 %1";
+// Orders the exchange turned down: time, account, code, then the exchange's reason.
+inline constexpr const char* kNoticeRejected = "%1 帐户%2 %3 委托被拒绝";
+inline constexpr const char* kNoticeCancelled = "%1 帐户%2 %3 委托被交易所撤销";
+inline constexpr const char* kNoticeExpired = "%1 帐户%2 %3 委托已失效";
+inline constexpr const char* kNoticeReason = "：%1";
+
+// The desk's own settings file.
+inline constexpr const char* kLayoutNotRead = "无法读取交易台设置文件 %1，已使用默认布局。";
+inline constexpr const char* kLayoutNotSaved = "无法写入交易台设置文件 %1，窗口布局未保存。";
 
 // Loading the add-in.
 inline constexpr const char* kLoadFailedTitle = "无法加载插件";

@@ -7,17 +7,19 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include "app/ui/window_placement.h"
 #include "order/confirm_dialog.h"
 #include "order/confirm_strings.h"
 #include "order/ui/confirm_order_dialog.h"
 #include "order/ui/multi_confirm_dialog.h"
 
 BargainWindow::BargainWindow(CSubscibeManage* facade, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_core(facade) {
+    : QWidget(parent ? parent : window_placement::hostWindow(), Qt::Window), m_core(facade) {
     setWindowTitle(QString::fromUtf8(confirm_text::kFillWindowTitle));
-    // Shown, not activated: a fill must not steal the keyboard from the ticket.
+    // Shown, not activated: a fill must not steal the keyboard from the ticket. Above its
+    // owner only, never above the trader's other applications; back where it was left.
     setAttribute(Qt::WA_ShowWithoutActivating);
-    setWindowFlag(Qt::WindowStaysOnTopHint);
+    window_placement::rememberPlace(this, "FillNotice");
 
     auto* banner = new QWidget(this);
     banner->setObjectName("latestBanner");

@@ -25,6 +25,7 @@
 
 #include "app/exports.h"
 #include "app/helmsman_manage.h"
+#include "app/ui/window_placement.h"
 #include "host/codes.h"
 #include "order/order_strings.h"
 #include "order/ui/hotkey_dialog.h"
@@ -674,15 +675,13 @@ void OrderTicketWindow::done(int r) {
 }
 
 int openOrderTicket(const tagHelmsmanPrefill* block) {
-    auto* w = new OrderTicketWindow(CHelmsmanManage::instance());
+    // Owned by the host's window: it stays above the host when the host is raised.
+    auto* w = new OrderTicketWindow(CHelmsmanManage::instance(), window_placement::hostWindow());
     w->setAttribute(Qt::WA_DeleteOnClose);
     w->openTicket(block);
     w->adjustSize();
+    window_placement::placeCentred(w);
     w->show();
-    if (QScreen* screen = w->screen() ? w->screen() : QGuiApplication::primaryScreen()) {
-        const QRect avail = screen->availableGeometry();
-        w->move(avail.center() - w->rect().center());
-    }
     w->raise();
     w->activateWindow();
     return 1;

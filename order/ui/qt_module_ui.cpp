@@ -3,6 +3,7 @@
 #include <QApplication>
 
 #include "app/helmsman_manage.h"
+#include "app/ui/window_placement.h"
 #include "order/confirm_dialog.h"
 #include "order/confirm_strings.h"
 #include "order/multi_confirm.h"
@@ -10,6 +11,16 @@
 #include "order/ui/confirm_order_dialog.h"
 #include "order/ui/multi_confirm_dialog.h"
 #include "order/ui/same_confirm_dialog.h"
+
+namespace {
+
+// A confirmation sits over the window that asked for it; without one, over the host.
+QWidget* dialogOwner() {
+    QWidget* active = QApplication::activeWindow();
+    return active ? active : window_placement::hostWindow();
+}
+
+}  // namespace
 
 QtModuleUi::QtModuleUi(CHelmsmanManage* manager) : m_manager(manager) {}
 
@@ -27,8 +38,7 @@ CHelmsmanManage& QtModuleUi::manager() const {
 
 bool QtModuleUi::confirmOrder(const tagBrokerOrder& order, const std::string& caller,
                               const tagAlgoSetting* algo) {
-    ConfirmOrderDialog dlg(CConfirmDialog(order, algo, caller, manager().facade()),
-                           QApplication::activeWindow());
+    ConfirmOrderDialog dlg(CConfirmDialog(order, algo, caller, manager().facade()), dialogOwner());
     return dlg.exec() == QDialog::Accepted;
 }
 
@@ -36,21 +46,21 @@ bool QtModuleUi::confirmBatch(std::vector<tagBrokerOrder>& orders, const std::st
                               const tagAlgoSetting* algo) {
     CMultiConfirm core(orders, caller, algo, manager().facade(),
                        CMultiConfirm::volumeCapFor(manager().settings()));
-    MultiConfirmDialog dlg(core, manager(), QApplication::activeWindow());
+    MultiConfirmDialog dlg(core, manager(), dialogOwner());
     if (dlg.exec() != QDialog::Accepted) return false;
     orders = core.orders();  // the trader's edits travel with the batch
     return true;
 }
 
 bool QtModuleUi::confirmTriggerOrder(const tagTriggerOrder& order, const std::string& caller) {
-    ConfirmOrderDialog dlg(CConfirmDialog(order, caller, manager().facade()),
-                           QApplication::activeWindow());
+    ConfirmOrderDialog dlg(CConfirmDialog(order, caller, manager().facade()), dialogOwner());
     return dlg.exec() == QDialog::Accepted;
 }
 
 void QtModuleUi::showSameConfirm(const std::vector<tagBrokerOrder>& orders,
                                  const std::string& caller) {
-    auto* dlg = new SameConfirmDialog(orders, caller, manager());
+    auto* dlg = new SameConfirmDialog(orders, caller, manager(), window_placement::hostWindow());
+    window_placement::rememberPlace(dlg, "SameConfirm");
     dlg->show();
     dlg->raise();
     dlg->activateWindow();

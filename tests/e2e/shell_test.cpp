@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <QDateTime>
+#include <QDir>
+#include <QProcess>
+#include <QPushButton>
 #include <QTableView>
 #include <QTemporaryDir>
 
@@ -74,6 +77,32 @@ TEST(ShellOptions, RefusesBadInputNamingIt) {
     }
 }
 
+TEST(ShellOptions, EveryFormOfTheOptionsKeepsItsMeaning) {
+    const struct {
+        QStringList args;
+        QStringList ticks, opens;
+        bool help;
+    } cases[] = {
+        {{"--ticks=a.csv", "b.csv", "--user", "x"}, {"a.csv", "b.csv"}, {}, false},
+        {{"--ticks", "a.csv", "--ticks", "b.csv"}, {"a.csv", "b.csv"}, {}, false},
+        {{"--open", "A", "--open=B,C"}, {}, {"A", "B", "C"}, false},
+        {{"-h"}, {}, {}, true},
+        {{"--user", "x", "--help"}, {}, {}, true},
+    };
+    for (const auto& c : cases) {
+        ShellOptions o;
+        QString error;
+        ASSERT_TRUE(parseShellOptions(c.args, o, error)) << error.toStdString();
+        EXPECT_EQ(o.tickFiles, c.ticks) << c.args.join(' ').toStdString();
+        EXPECT_EQ(o.openExports, c.opens) << c.args.join(' ').toStdString();
+        EXPECT_EQ(o.help, c.help) << c.args.join(' ').toStdString();
+    }
+    const QString usage = shellUsage();
+    for (const char* option : {"--root", "--user", "--market-time", "--ticks", "--open",
+                               "--screenshot", "--quit-after", "--measure-busy", "--library"})
+        EXPECT_TRUE(usage.contains(option)) << option;
+}
+
 TEST(ShellOptions, MarketTimeOffsetLandsOnThatTimeToday) {
     const std::int64_t now =
         QDateTime(QDate(2021, 1, 4), QTime(14, 5, 7, 250), Qt::LocalTime).toMSecsSinceEpoch();
@@ -85,6 +114,34 @@ TEST(ShellOptions, MarketTimeOffsetLandsOnThatTimeToday) {
 }
 
 // ---- Row builders and models ---------------------------------------------------------------
+
+TEST(DeskNotice, SaysWhenTheExchangeTurnedAnOrderDown) {
+    const std::int64_t at = QDateTime(QDate(2021, 1, 4), QTime(10, 15, 30)).toSecsSinceEpoch();
+    const struct {
+        std::int32_t status;
+        const char* reason;
+        std::int64_t updated;
+        const char* expected;  // empty: nothing to say
+    } cases[] = {
+        {kOrderRejected, "资金不足", at, "10:15:30 帐户880001 rb2105 委托被拒绝：资金不足"},
+        {kOrderRejected, "", 0, "10:15:30 帐户880001 rb2105 委托被拒绝"},  // time of now
+        {kOrderCancelled, "", at, ""},                                     // the trader's own
+        {kOrderPartCancelled, "", at, ""},
+        {kOrderCancelled, "收盘撤单", at, "10:15:30 帐户880001 rb2105 委托被交易所撤销：收盘撤单"},
+        {kOrderExpired, "", at, "10:15:30 帐户880001 rb2105 委托已失效"},
+        {kOrderFilled, "", at, ""},
+        {kOrderQueued, "", at, ""},
+    };
+    for (const auto& c : cases) {
+        tagBrokerOrder o;
+        o.strAccountID = "880001";
+        o.strCode = "rb2105";
+        o.nStatus = c.status;
+        o.strStatusMsg = c.reason;
+        o.tUpdateTime = c.updated;
+        EXPECT_EQ(orderRefusalNotice(o, at).toStdString(), c.expected) << c.status;
+    }
+}
 
 tagBrokerOrder order(const char* id, std::int32_t status, double price = 4400) {
     tagBrokerOrder o;
@@ -347,6 +404,67 @@ TEST_F(DeskTest, ToolsOpenWithTheBoardsInstrumentAndUnavailableOnesAreRefused) {
     EXPECT_FALSE(log().contains("OpenManualSpread"));
     EXPECT_FALSE(m_desk->openTool("NoSuchExport", &why));
     EXPECT_TRUE(why.contains("NoSuchExport"));
+}
+
+TEST_F(DeskTest, ARefusedOrderIsSaidOnTheStatusLineAtOnce) {
+    tagBrokerOrder o;
+    o.strAccountID = "880001";
+    o.strBrokerID = "9999";
+    o.strCode = "rb2105";
+    o.nDirection = kDirBuy;
+    o.dVolume = 1;
+    IModuleFutureTrader::ITickEx q;
+    ASSERT_TRUE(m_exchange->GetMarketQuote({0, "rb2105"}, q));
+    o.dPrice = q.dUpperLimit * 2;  // outside the band: the exchange refuses it
+    ASSERT_EQ(m_exchange->SendOrder(o), 0);
+    ASSERT_FALSE(o.strStatusMsg.empty());
+    m_exchange->deliverPending();  // no monitor refresh needed: the event itself says it
+    const QString notice = m_desk->notice();
+    EXPECT_TRUE(notice.startsWith("10:00:00 帐户880001 rb2105 委托被拒绝")) << notice.toStdString();
+    EXPECT_TRUE(notice.endsWith(QString::fromStdString(o.strStatusMsg))) << notice.toStdString();
+    m_desk->resize(1200, 700);
+    saveScreenshot(m_desk.get(), "desk_refusal_notice.png");
+}
+
+TEST_F(DeskTest, PositionToolsTheAddinLacksAreGreyedWithTheReason) {
+    for (const char* name : {"OpenFastExit", "OpenStopTrigger"}) {
+        auto* b = m_desk->findChild<QPushButton*>(name);
+        ASSERT_NE(b, nullptr) << name;
+        EXPECT_FALSE(b->isEnabled()) << name;
+        EXPECT_TRUE(b->toolTip().contains("本版本未提供")) << name;
+    }
+}
+
+TEST_F(DeskTest, ALayoutThatCannotBeWrittenIsSaid) {
+    EXPECT_TRUE(m_desk->saveLayout());
+    EXPECT_TRUE(m_desk->notice().isEmpty());
+    // The settings file's folder is a plain file: nothing can be written there.
+    QFile blocker(m_dir.filePath("blocked"));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    DeskWindow desk(*m_exchange, m_lib, m_dir.filePath("blocked/desk.ini"), "test");
+    EXPECT_FALSE(desk.saveLayout());
+    EXPECT_TRUE(desk.notice().contains("无法写入交易台设置文件")) << desk.notice().toStdString();
+    EXPECT_TRUE(desk.notice().contains("desk.ini"));
+}
+
+// The desk run unattended on the real add-in: a modal export is shot and the run still ends.
+TEST(DeskUnattended, AModalConfirmationIsShotAndTheRunEnds) {
+    QTemporaryDir dir;
+    QProcess desk;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("QT_QPA_PLATFORM", "offscreen");
+    desk.setProcessEnvironment(env);
+    desk.start(HELMSMAN_DESK, {"--root", dir.filePath("root"), "--open", "ShowConfirmOrder",
+                               "--screenshot", dir.filePath("shots"), "--quit-after", "1500"});
+    ASSERT_TRUE(desk.waitForStarted());
+    const bool ended = desk.waitForFinished(20000);
+    if (!ended) desk.kill();
+    ASSERT_TRUE(ended) << "the modal confirmation kept the desk running";
+    EXPECT_EQ(desk.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(desk.exitCode(), 0) << desk.readAllStandardError().toStdString();
+    const QStringList shots = QDir(dir.filePath("shots")).entryList({"*.png"});
+    EXPECT_EQ(shots.filter("ConfirmOrderDialog").size(), 1) << shots.join(' ').toStdString();
 }
 
 }  // namespace
