@@ -187,8 +187,10 @@ EditResult CMultiConfirm::editPrice(std::size_t row, const std::string& text) {
             if (p > c.upper + 1e-9) return outsideBand();
         }
     }
-    // A sell below one tick rounds down to nothing; that is not a price.
+    // A sell below one tick rounds down to nothing; that is not a price. A buy at the top of
+    // the range may round past it.
     if (!isPricePresent(p)) return {false, kEditPriceNotPositive};
+    if (!number_text::isPriceInRange(p)) return {false, number_text::kMsgPriceOutOfRange};
     o.dPrice = p;
     return {true, {}};
 }
