@@ -20,6 +20,7 @@ QStringList buttonsOf(Show show, const char* answer, bool* result = nullptr) {
     QTimer::singleShot(0, [&] {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         ASSERT_NE(box, nullptr);
+        saveScreenshot(box, QString::fromUtf8(answer) == QString::fromUtf8("确定") ? "inform.png" : "ask.png");
         QAbstractButton* click = nullptr;
         for (QAbstractButton* b : box->buttons()) {
             texts << b->text();
