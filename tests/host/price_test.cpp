@@ -37,28 +37,6 @@ TEST(PriceRounding, BuysRoundUpSellsRoundDown) {
     }
 }
 
-// Every price already on the grid comes back unchanged both ways, however its decimal lands
-// in binary.
-TEST(PriceRounding, OnGridPricesStayPut) {
-    const std::tuple<float, std::int64_t, std::int64_t> grids[] = {// in ten-thousandths
-                                                                   {0.2f, 40000000, 60000000},
-                                                                   {0.005f, 950000, 1050000},
-                                                                   {1.0f, 20000000, 30000000},
-                                                                   {0.5f, 9000000, 11000000}};
-    for (auto [unit, from, to] : grids) {
-        const std::int64_t step = price::stepUnits(1, unit);
-        ASSERT_GT(step, 0);
-        int bad = 0;
-        for (std::int64_t u = from; u <= to && bad < 5; u += step) {
-            const double p = static_cast<double>(u) / 10000.0;
-            if (price::roundBuy(p, 1, unit) != p || price::roundSell(p, 1, unit) != p) {
-                ADD_FAILURE() << "moved " << p << " on step " << unit;
-                ++bad;
-            }
-        }
-    }
-}
-
 // Ticks and prices from the far ends: an unknown step or an out-of-range price comes back
 // unchanged (nothing else would be a price), never undefined behaviour.
 TEST(PriceRounding, UnusableInputsComeBackUnchanged) {
@@ -85,9 +63,9 @@ TEST(PriceRounding, UnusableInputsComeBackUnchanged) {
     EXPECT_EQ(price::decimals(1, fnan), 2);
 }
 
-// The grid holds up to the largest price a box allows, where a whole ten-thousandth is only
-// a few bits of the double; and negative prices (spreads) round the same way.
-TEST(PriceRounding, LargeAndNegativePrices) {
+// A price on the grid never moves, up to the largest price a box allows, where a whole
+// ten-thousandth is only a few bits of the double; negative prices (spreads) round alike.
+TEST(PriceRounding, OnGridPricesStayPutOverTheWholeRange) {
     struct {
         double in;
         float unit;
@@ -107,9 +85,11 @@ TEST(PriceRounding, LargeAndNegativePrices) {
         EXPECT_EQ(price::roundBuy(c.in, 1, c.unit), c.buy);
         EXPECT_EQ(price::roundSell(c.in, 1, c.unit), c.sell);
     }
-    // A sweep over grid prices at large magnitudes, fine and coarse steps alike.
+    // Sweeps over grid prices, however their decimals land in binary: everyday magnitudes
+    // and the largest, fine and coarse steps alike.
     const std::tuple<float, double> sweeps[] = {
-        {0.0001f, 1e8}, {0.0001f, 999990000.0}, {0.2f, 1.1e8}, {0.2f, 5e8}, {0.005f, 7e8}};
+        {0.2f, 4000.0},   {0.005f, 95.0},  {1.0f, 2000.0}, {0.5f, 900.0},       {0.0001f, 1e8},
+        {0.0001f, 999990000.0}, {0.2f, 1.1e8}, {0.2f, 5e8}, {0.005f, 7e8}};
     for (auto [unit, from] : sweeps) {
         const std::int64_t step = price::stepUnits(1, unit);
         const auto first = static_cast<std::int64_t>(from * 10000) / step * step;
