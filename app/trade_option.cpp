@@ -48,8 +48,8 @@ TradeOptionState CTradeOption::fill(const HelmsmanSettings& s, CSubscibeManage* 
     return page;
 }
 
-HelmsmanSettings CTradeOption::accept(const TradeOptionState& page,
-                                      const HelmsmanSettings& current, CSubscibeManage* host) {
+HelmsmanSettings CTradeOption::accept(const TradeOptionState& page, const HelmsmanSettings& current,
+                                      CSubscibeManage* host) {
     HelmsmanSettings s = current;  // keys the page does not show keep their values
     s.bUserDefaultAcct = page.defaultAccount;
     s.bLoadLastSymbol = page.loadLastSymbol;

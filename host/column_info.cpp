@@ -70,7 +70,8 @@ std::optional<ColumnInfo> loadColumnInfo(const std::filesystem::path& userDir,
             return v >= kMinColumnWidth && v <= kMaxColumnWidth;
         }))
         info.widths = std::move(*w);
-    if (auto o = splitInts(ini.getString(listName, "Order", {}, kValueSize)); o && isPermutation(*o, n))
+    if (auto o = splitInts(ini.getString(listName, "Order", {}, kValueSize));
+        o && isPermutation(*o, n))
         info.order = std::move(*o);
     if (auto s = splitInts(ini.getString(listName, "Sort", {}, kValueSize));
         s && s->size() == 2 && (*s)[0] >= 0 && static_cast<std::size_t>((*s)[0]) < n) {

@@ -29,7 +29,8 @@ inline constexpr double kMaxVolume = 1e8;
 
 // Messages for a refused box (caption "提示").
 inline constexpr const char* kMsgNotNumber = "输入错误，请输入数字！";
-inline constexpr const char* kMsgPriceOutOfRange = "输入错误，价格超出允许范围（绝对值不超过1000000000）！";
+inline constexpr const char* kMsgPriceOutOfRange =
+    "输入错误，价格超出允许范围（绝对值不超过1000000000）！";
 inline constexpr const char* kMsgVolumeOutOfRange = "输入错误，数量超出允许范围（0至100000000）！";
 
 // The whole text as a finite number: blanks around it allowed, nothing else.

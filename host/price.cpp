@@ -75,8 +75,7 @@ double roundSell(double p, std::int32_t minMove, float priceUnit) {
     return static_cast<double>(floorDiv(unitsOf(p).whole, s) * s) / 10000.0;
 }
 
-double roundForDirection(double p, std::int32_t direction, std::int32_t minMove,
-                         float priceUnit) {
+double roundForDirection(double p, std::int32_t direction, std::int32_t minMove, float priceUnit) {
     return direction == kDirBuy ? roundBuy(p, minMove, priceUnit)
                                 : roundSell(p, minMove, priceUnit);
 }

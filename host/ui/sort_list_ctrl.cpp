@@ -66,9 +66,9 @@ void CSortListCtrl::SetHeadings(std::string_view columnSpec) {
     }
     setHorizontalHeaderLabels(labels);
     for (int i = 0; i < static_cast<int>(columns.size()); ++i)
-        setColumnWidth(i, static_cast<int>(columns[static_cast<std::size_t>(i)].width *
-                                               kPixelsPerDialogUnit +
-                                           0.5));
+        setColumnWidth(
+            i, static_cast<int>(columns[static_cast<std::size_t>(i)].width * kPixelsPerDialogUnit +
+                                0.5));
     m_sortColumn = -1;
     horizontalHeader()->setSortIndicatorShown(false);
 }
@@ -152,8 +152,8 @@ int CSortListCtrl::AddItem(const std::vector<std::string>& texts) {
     insertRow(row);
     for (int c = 0; c < columnCount(); ++c) {
         const auto i = static_cast<std::size_t>(c);
-        setItem(row, c, new CSortListItem(i < texts.size() ? QString::fromStdString(texts[i])
-                                                           : QString()));
+        setItem(row, c,
+                new CSortListItem(i < texts.size() ? QString::fromStdString(texts[i]) : QString()));
     }
     return row;
 }

@@ -5,17 +5,15 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
-
-#include "host/ui/sort_list_ctrl.h"
 #include <QVBoxLayout>
 
+#include "host/ui/sort_list_ctrl.h"
 #include "order/confirm_dialog.h"
 #include "order/confirm_strings.h"
 #include "order/ui/confirm_order_dialog.h"
 #include "order/ui/multi_confirm_dialog.h"
 
-BargainWindow::BargainWindow(CSubscibeManage* facade, const std::string& userDir,
-                             QWidget* parent)
+BargainWindow::BargainWindow(CSubscibeManage* facade, const std::string& userDir, QWidget* parent)
     : QWidget(parent, Qt::Window), m_core(facade) {
     setWindowTitle(QString::fromUtf8(confirm_text::kFillWindowTitle));
     // Shown, not activated: a fill must not steal the keyboard from the ticket.

@@ -182,7 +182,8 @@ MultiTriggerConfirmDialog::MultiTriggerConfirmDialog(std::unique_ptr<CMultiTrigg
     m_table->SetHeadings(CMultiTriggerConfirm::columnLayout());
     for (std::size_t i = 0; i < m_core->rowCount(); ++i) {
         std::vector<std::string> texts;
-        for (int c = 0; c < CMultiTriggerConfirm::kColCount; ++c) texts.push_back(m_core->cell(i, c));
+        for (int c = 0; c < CMultiTriggerConfirm::kColCount; ++c)
+            texts.push_back(m_core->cell(i, c));
         const int r = m_table->AddItem(texts);
         m_table->SetItemData(r, i);
         for (int c = CMultiTriggerConfirm::kColTrigger; c < CMultiTriggerConfirm::kColCount; ++c)

@@ -33,9 +33,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FuzzedDataProvider in(data, size);
     FakeHost host;
     const bool realistic = in.ConsumeBool();
-    const float unit = realistic ? static_cast<float>(in.ConsumeIntegralInRange<int>(1, 50000)) / 10000.0f
-                                 : in.ConsumeFloatingPoint<float>();
-    const int minMove = realistic ? in.ConsumeIntegralInRange<int>(1, 5) : in.ConsumeIntegral<int>();
+    const float unit = realistic
+                           ? static_cast<float>(in.ConsumeIntegralInRange<int>(1, 50000)) / 10000.0f
+                           : in.ConsumeFloatingPoint<float>();
+    const int minMove =
+        realistic ? in.ConsumeIntegralInRange<int>(1, 5) : in.ConsumeIntegral<int>();
     if (in.ConsumeBool()) host.details["IF2406"] = contractDetail(unit, minMove, 300);
     const double lower = anyPrice(in);
     const double upper = anyPrice(in);

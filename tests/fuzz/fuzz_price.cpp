@@ -31,10 +31,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FuzzedDataProvider in(data, size);
     // Half the time a realistic tick, otherwise any bits at all.
     const bool realistic = in.ConsumeBool();
-    const std::int32_t minMove =
-        realistic ? in.ConsumeIntegralInRange<std::int32_t>(1, 10) : in.ConsumeIntegral<std::int32_t>();
-    const float unit = realistic ? static_cast<float>(in.ConsumeIntegralInRange<int>(1, 50000)) / 10000.0f
-                                 : in.ConsumeFloatingPoint<float>();
+    const std::int32_t minMove = realistic ? in.ConsumeIntegralInRange<std::int32_t>(1, 10)
+                                           : in.ConsumeIntegral<std::int32_t>();
+    const float unit = realistic
+                           ? static_cast<float>(in.ConsumeIntegralInRange<int>(1, 50000)) / 10000.0f
+                           : in.ConsumeFloatingPoint<float>();
     const double p = in.ConsumeBool() ? in.ConsumeFloatingPointInRange<double>(-1.1e9, 1.1e9)
                                       : in.ConsumeFloatingPoint<double>();
 

@@ -70,8 +70,8 @@ TEST(NumberText, FormatsEveryFiniteValue) {
         int decimals;
         const char* text;
     } cases[] = {
-        {3001.4, 1, "3001.4"},  {3001.4, -1, "3001.4"}, {2.0, -1, "2"},    {2.5, 0, "2"},
-        {-0.00001, 2, "0.00"},  {-0.0, -1, "0"},        {0.12345, -1, "0.1235"},
+        {3001.4, 1, "3001.4"}, {3001.4, -1, "3001.4"}, {2.0, -1, "2"},          {2.5, 0, "2"},
+        {-0.00001, 2, "0.00"}, {-0.0, -1, "0"},        {0.12345, -1, "0.1235"},
     };
     for (const auto& c : cases) EXPECT_EQ(number_text::format(c.v, c.decimals), c.text) << c.v;
     // Large values are written out in full and read back as themselves.

@@ -48,7 +48,7 @@ TEST(PriceRounding, UnusableInputsComeBackUnchanged) {
         std::int32_t minMove;
         float unit;
     } cases[] = {
-        {3001.3, 1, fnan},  {3001.3, 1, finf},  {3001.3, 1, 3e38f},       {3001.3, 1, 1e10f},
+        {3001.3, 1, fnan},  {3001.3, 1, finf},  {3001.3, 1, 3e38f},    {3001.3, 1, 1e10f},
         {3001.3, -1, 0.2f}, {3001.3, 1, -0.2f}, {3001.3, 1, 0.00001f},  // below 1/10000
         {3e33, 1, 0.2f},    {-3e33, 1, 0.2f},   {1e9 + 1, 1, 0.2f},
     };
@@ -88,8 +88,8 @@ TEST(PriceRounding, OnGridPricesStayPutOverTheWholeRange) {
     // Sweeps over grid prices, however their decimals land in binary: everyday magnitudes
     // and the largest, fine and coarse steps alike.
     const std::tuple<float, double> sweeps[] = {
-        {0.2f, 4000.0},   {0.005f, 95.0},  {1.0f, 2000.0}, {0.5f, 900.0},       {0.0001f, 1e8},
-        {0.0001f, 999990000.0}, {0.2f, 1.1e8}, {0.2f, 5e8}, {0.005f, 7e8}};
+        {0.2f, 4000.0},         {0.005f, 95.0}, {1.0f, 2000.0}, {0.5f, 900.0}, {0.0001f, 1e8},
+        {0.0001f, 999990000.0}, {0.2f, 1.1e8},  {0.2f, 5e8},    {0.005f, 7e8}};
     for (auto [unit, from] : sweeps) {
         const std::int64_t step = price::stepUnits(1, unit);
         const auto first = static_cast<std::int64_t>(from * 10000) / step * step;

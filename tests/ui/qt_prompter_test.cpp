@@ -1,5 +1,7 @@
 // The message boxes the trader sees speak Chinese on every button, whatever Qt's own
 // language.
+#include "app/ui/qt_prompter.h"
+
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
@@ -8,7 +10,6 @@
 #include <QStringList>
 #include <QTimer>
 
-#include "app/ui/qt_prompter.h"
 #include "support/qt_app.h"
 
 namespace {
@@ -20,7 +21,8 @@ QStringList buttonsOf(Show show, const char* answer, bool* result = nullptr) {
     QTimer::singleShot(0, [&] {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         ASSERT_NE(box, nullptr);
-        saveScreenshot(box, QString::fromUtf8(answer) == QString::fromUtf8("确定") ? "inform.png" : "ask.png");
+        saveScreenshot(
+            box, QString::fromUtf8(answer) == QString::fromUtf8("确定") ? "inform.png" : "ask.png");
         QAbstractButton* click = nullptr;
         for (QAbstractButton* b : box->buttons()) {
             texts << b->text();

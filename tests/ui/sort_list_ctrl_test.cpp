@@ -1,10 +1,11 @@
 // The sortable report list: numeric sorting by a heading click, row data that travels with
 // its row, and the user's column layout restored by the next list of the same name.
+#include "host/ui/sort_list_ctrl.h"
+
 #include <gtest/gtest.h>
 
 #include <QHeaderView>
 
-#include "host/ui/sort_list_ctrl.h"
 #include "support/qt_app.h"
 #include "support/temp_dir.h"
 
