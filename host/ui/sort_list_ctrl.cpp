@@ -53,8 +53,8 @@ CSortListCtrl::~CSortListCtrl() {
     SaveColumnInfo();
 }
 
-void CSortListCtrl::SetHeadings(std::string_view columnSpec) {
-    const auto columns = parseColumnLayout(columnSpec);
+void CSortListCtrl::SetHeadings(std::string_view layout) {
+    const auto columns = parseColumnLayout(layout);
     setRowCount(0);
     setColumnCount(0);
     setColumnCount(static_cast<int>(columns.size()));

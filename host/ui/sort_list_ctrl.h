@@ -4,7 +4,7 @@
 //   list->AddItem({"880001(模拟账户一)", "IF2406 开仓买入", "3001.4", "2"});
 //   list->LoadColumnInfo(manager.userDir(), "MultiConfirm");
 //
-// Headings come from a column specification string (parseColumnLayout; widths in dialog
+// Headings come from a column layout text (parseColumnLayout; widths in dialog
 // units). Clicking a heading sorts by that column, ascending first, a second click
 // descending; cells that both read as numbers compare as numbers ("9" before "10"), others
 // as text. Rows carry a 64-bit value (SetItemData) that stays with the row through sorting,
@@ -41,8 +41,9 @@ public:
     explicit CSortListCtrl(QWidget* parent = nullptr);
     ~CSortListCtrl() override;
 
-    // Replaces the columns (and clears the rows) with those of a column specification.
-    void SetHeadings(std::string_view columnSpec);
+    // Replaces the columns (and clears the rows) with those of a column layout text
+    // ("title,width;...").
+    void SetHeadings(std::string_view layout);
     // Restores the layout saved for `listName` (when one fits these headings) and keeps the
     // user's later changes there. Call after SetHeadings and after any width fitting of the
     // list's own. True when a saved layout was applied.

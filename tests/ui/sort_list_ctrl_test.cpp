@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr const char* kSpec = "帐户,80;数量,40;价格,60";
+constexpr const char* kColumns = "帐户,80;数量,40;价格,60";
 
 void fill(CSortListCtrl& list) {
     const std::vector<std::vector<std::string>> rows = {
@@ -28,7 +28,7 @@ std::vector<std::uint64_t> rowData(const CSortListCtrl& list) {
 TEST(SortListCtrl, HeadingClicksSortNumbersAsNumbers) {
     testApp();
     CSortListCtrl list;
-    list.SetHeadings(kSpec);
+    list.SetHeadings(kColumns);
     ASSERT_EQ(list.columnCount(), 3);
     EXPECT_EQ(list.horizontalHeaderItem(1)->text(), QString::fromUtf8("数量"));
     fill(list);
@@ -55,7 +55,7 @@ TEST(SortListCtrl, RestoresTheLayoutTheUserLeft) {
     TempDir dir("helmsman_sort_list");
     {
         CSortListCtrl list;
-        list.SetHeadings(kSpec);
+        list.SetHeadings(kColumns);
         fill(list);
         EXPECT_FALSE(list.LoadColumnInfo(dir.string(), "Fills"));  // nothing saved yet
         list.setColumnWidth(0, 211);
@@ -64,7 +64,7 @@ TEST(SortListCtrl, RestoresTheLayoutTheUserLeft) {
     }  // closed: the layout is saved
 
     CSortListCtrl again;
-    again.SetHeadings(kSpec);
+    again.SetHeadings(kColumns);
     fill(again);
     ASSERT_TRUE(again.LoadColumnInfo(dir.string(), "Fills"));
     EXPECT_EQ(again.columnWidth(0), 211);
