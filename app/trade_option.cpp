@@ -1,27 +1,20 @@
 #include "app/trade_option.h"
 
-#include <cstdio>
-#include <charconv>
+#include "host/number_text.h"
 
 std::string CTradeOption::accountItemText(const std::string& id, const std::string& name) {
     return id + "(" + name + ")";
 }
 
 std::string CTradeOption::formatWhole(double v) {
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.f", v);
-    return buf;
+    return number_text::format(v, 0);
 }
 
 double CTradeOption::readNumber(const std::string& text) {
-    // The leading decimal number, whatever the process locale says about decimal points.
-    const char* p = text.c_str();
-    const char* end = p + text.size();
-    while (p < end && (*p == ' ' || *p == '\t')) ++p;
-    if (p < end && *p == '+') ++p;
-    double v = 0;
-    const auto r = std::from_chars(p, end, v);
-    return r.ec == std::errc() ? v : 0;
+    // The box's leading number; "inf", "nan" and volumes outside the range are no numbers
+    // (a cap of inf would let any volume through).
+    const auto v = number_text::parseLeading(text);
+    return v && number_text::isVolumeInRange(*v) ? *v : 0;
 }
 
 namespace {
@@ -55,8 +48,8 @@ TradeOptionState CTradeOption::fill(const HelmsmanSettings& s, CSubscibeManage* 
     return page;
 }
 
-HelmsmanSettings CTradeOption::accept(const TradeOptionState& page,
-                                      const HelmsmanSettings& current, CSubscibeManage* host) {
+HelmsmanSettings CTradeOption::accept(const TradeOptionState& page, const HelmsmanSettings& current,
+                                      CSubscibeManage* host) {
     HelmsmanSettings s = current;  // keys the page does not show keep their values
     s.bUserDefaultAcct = page.defaultAccount;
     s.bLoadLastSymbol = page.loadLastSymbol;

@@ -63,8 +63,9 @@ public:
     // The record the accepted page produces, starting from the in-memory one.
     static HelmsmanSettings accept(const TradeOptionState& page, const HelmsmanSettings& current,
                                    CSubscibeManage* host);
-    // A number box's text read as a decimal number; anything that is not a number reads 0.
+    // A number box's text read as its leading decimal number. The boxes hold volumes: a text
+    // that is not a number, or a number that is not finite or outside 0..kMaxVolume, reads 0.
     static double readNumber(const std::string& text);
-    // "%.f" of a value, as the page shows numbers.
+    // "%.f" of a value, as the page shows numbers (locale-free, never empty).
     static std::string formatWhole(double v);
 };

@@ -1,10 +1,10 @@
 #include "order/confirm_dialog.h"
 
-#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 
 #include "host/codes.h"
+#include "host/number_text.h"
 #include "host/price.h"
 #include "order/confirm_strings.h"
 
@@ -27,20 +27,8 @@ std::string format(const char* fmt, ...) {
     return out;
 }
 
-// to_chars, not printf: the process locale (which Qt sets from the environment) must never
-// turn a price's decimal point into a comma.
 std::string price(double value, int decimals) {
-    char buf[64];
-    const int places = decimals >= 0 ? decimals : 4;
-    auto [end, ec] = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::fixed, places);
-    if (ec != std::errc()) return format("%g", value);
-    std::string s(buf, end);
-    if (decimals < 0 && s.find('.') != std::string::npos) {
-        while (s.back() == '0') s.pop_back();
-        if (s.back() == '.') s.pop_back();
-    }
-    if (s == "-0") s = "0";
-    return s;
+    return number_text::format(value, decimals);
 }
 
 int contractDecimals(CSubscibeManage* facade, std::int32_t exchangeID, const std::string& code) {

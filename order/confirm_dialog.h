@@ -37,7 +37,7 @@ std::string format(const char* fmt, ...)
     ;
 
 // A price with `decimals` places; a negative count means "unknown": up to four places with
-// trailing zeros (and a trailing point) removed.
+// trailing zeros (and a trailing point) removed. Locale-free (number_text::format).
 std::string price(double value, int decimals);
 
 // The contract's price decimals read through the facade, or -1 when the facade or the

@@ -1,12 +1,12 @@
 #include "order/multi_confirm.h"
 
-#include <charconv>
+#include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 #include "app/helmsman_manage.h"
 #include "app/settings.h"
 #include "host/codes.h"
+#include "host/number_text.h"
 #include "host/price.h"
 #include "order/confirm_dialog.h"
 #include "order/confirm_strings.h"
@@ -15,20 +15,30 @@ using namespace confirm_text;
 
 namespace {
 
-// A number typed by the trader: surrounding blanks allowed, nothing else. from_chars reads
-// a "." decimal point whatever the process locale says.
-std::optional<double> parseNumber(const std::string& text) {
-    const std::size_t b = text.find_first_not_of(" \t");
-    if (b == std::string::npos) return std::nullopt;
-    const std::size_t e = text.find_last_not_of(" \t") + 1;
-    const char* first = text.data() + b;
-    const char* last = text.data() + e;
-    if (*first == '+') ++first;  // from_chars takes no sign but '-'
-    double v = 0;
-    auto [ptr, ec] = std::from_chars(first, last, v);
-    if (ec != std::errc() || ptr != last || !std::isfinite(v)) return std::nullopt;
-    return v;
-}
+// Account names as the ticket shows them: "880001(模拟账户一)". The host's list of logged-on
+// accounts names them; an order of an account that has logged off since keeps the name the
+// ticket copied into it, and failing that the identifier stands alone.
+class AccountNames {
+public:
+    explicit AccountNames(CSubscibeManage* facade) {
+        if (facade) facade->GetAvailableAccounts(m_accounts);
+    }
+    template <class Order>
+    std::string textOf(const Order& o, const std::string& copiedName) const {
+        std::string name = copiedName;
+        for (const auto& a : m_accounts) {
+            if (a.strAccountID == o.strAccountID && a.strBrokerID == o.strBrokerID) {
+                name = a.strAccountName;
+                break;
+            }
+        }
+        if (name.empty()) return o.strAccountID;
+        return confirm_fmt::format(kAccountCell, o.strAccountID.c_str(), name.c_str());
+    }
+
+private:
+    std::vector<tagAccoutInfo> m_accounts;
+};
 
 std::string symbolInfo(const std::string& code, const std::string& text, std::int32_t openClose,
                        std::int32_t direction) {
@@ -45,8 +55,14 @@ std::string symbolInfo(const std::string& code, const std::string& text, std::in
 
 CMultiConfirm::CMultiConfirm(std::vector<tagBrokerOrder> orders, std::string caller,
                              const tagAlgoSetting* algo, CSubscibeManage* facade, double volumeCap)
-    : m_orders(std::move(orders)), m_caller(std::move(caller)), m_volumeCap(volumeCap) {
+    : m_orders(std::move(orders)), m_caller(std::move(caller)) {
     if (algo) m_algo = *algo;
+    // A cap that is not a whole number of lots in the volume range is no cap the trader chose.
+    m_volumeCap = volumeCap >= 1 && volumeCap <= number_text::kMaxVolume ? std::floor(volumeCap)
+                                                                         : kDefaultVolumeCap;
+    const AccountNames names(facade);
+    m_accountTexts.reserve(m_orders.size());
+    for (const auto& o : m_orders) m_accountTexts.push_back(names.textOf(o, o.strAccountState));
     for (const auto& o : m_orders) {
         auto key = std::make_pair(o.nExchangeID, o.strCode);
         if (m_contracts.count(key)) continue;
@@ -67,7 +83,8 @@ CMultiConfirm::CMultiConfirm(std::vector<tagBrokerOrder> orders, std::string cal
 }
 
 double CMultiConfirm::volumeCapFor(const HelmsmanSettings& settings) {
-    if (settings.bUseSingleLimit && settings.dMaxSingleLimitVol >= 1)
+    if (settings.bUseSingleLimit && settings.dMaxSingleLimitVol >= 1 &&
+        settings.dMaxSingleLimitVol <= number_text::kMaxVolume)
         return std::floor(settings.dMaxSingleLimitVol);
     return kDefaultVolumeCap;
 }
@@ -104,7 +121,7 @@ std::string CMultiConfirm::cell(std::size_t row, int column) const {
     const tagBrokerOrder& o = m_orders.at(row);
     switch (column) {
         case kColAccount:
-            return confirm_fmt::format(kAccountCell, o.strAccountID.c_str(), o.strBrokerID.c_str());
+            return m_accountTexts.at(row);
         case kColSymbol:
             return symbolInfo(o.strCode, o.strSymbolText, o.nOpenClose, o.nDirection);
         case kColPrice:
@@ -144,30 +161,43 @@ std::string CMultiConfirm::summary() const {
 
 EditResult CMultiConfirm::editPrice(std::size_t row, const std::string& text) {
     if (row >= m_orders.size()) return {false, kEditNotNumber};
-    const auto value = parseNumber(text);
+    const auto value = number_text::parse(text);
     if (!value) return {false, kEditNotNumber};
     if (!isPricePresent(*value)) return {false, kEditPriceNotPositive};
+    if (!number_text::isPriceInRange(*value)) return {false, number_text::kMsgPriceOutOfRange};
     const Contract& c = contractOf(row);
     const int dec = decimals(row);
+    const auto outsideBand = [&] {
+        return EditResult{false, confirm_fmt::format(kEditPriceOutsideLimits,
+                                                     confirm_fmt::price(c.lower, dec).c_str(),
+                                                     confirm_fmt::price(c.upper, dec).c_str())};
+    };
     // Compare on the price grid's resolution so that a limit typed exactly is accepted.
-    if (c.upper > 0 && (*value < c.lower - 1e-9 || *value > c.upper + 1e-9)) {
-        return {false, confirm_fmt::format(kEditPriceOutsideLimits,
-                                           confirm_fmt::price(c.lower, dec).c_str(),
-                                           confirm_fmt::price(c.upper, dec).c_str())};
-    }
+    if (c.upper > 0 && (*value < c.lower - 1e-9 || *value > c.upper + 1e-9)) return outsideBand();
     tagBrokerOrder& o = m_orders[row];
     double p = *value;
-    if (c.hasDetail)
-        p = price::roundForDirection(p, o.nDirection, c.detail.nMinMove, c.detail.fPriceUnit);
-    // A sell below one tick rounds down to nothing; that is not a price.
+    if (c.hasDetail) {
+        const auto& d = c.detail;
+        p = price::roundForDirection(p, o.nDirection, d.nMinMove, d.fPriceUnit);
+        // A limit off the grid: the rounding may step past it, so take the grid price just
+        // inside instead; a band narrower than one tick leaves none.
+        if (c.upper > 0) {
+            if (p > c.upper + 1e-9) p = price::roundSell(c.upper, d.nMinMove, d.fPriceUnit);
+            if (p < c.lower - 1e-9) p = price::roundBuy(c.lower, d.nMinMove, d.fPriceUnit);
+            if (p > c.upper + 1e-9) return outsideBand();
+        }
+    }
+    // A sell below one tick rounds down to nothing; that is not a price. A buy at the top of
+    // the range may round past it.
     if (!isPricePresent(p)) return {false, kEditPriceNotPositive};
+    if (!number_text::isPriceInRange(p)) return {false, number_text::kMsgPriceOutOfRange};
     o.dPrice = p;
     return {true, {}};
 }
 
 EditResult CMultiConfirm::editVolume(std::size_t row, const std::string& text) {
     if (row >= m_orders.size()) return {false, kEditNotNumber};
-    const auto value = parseNumber(text);
+    const auto value = number_text::parse(text);
     if (!value) return {false, kEditNotNumber};
     if (*value < 1 || std::fabs(*value - std::round(*value)) > 1e-9)
         return {false, kEditVolumeNotWhole};
@@ -188,6 +218,9 @@ bool CMultiConfirm::send(CHelmsmanManage& manager) {
 CMultiTriggerConfirm::CMultiTriggerConfirm(std::vector<tagTriggerOrder> orders, std::string caller,
                                            CSubscibeManage* facade)
     : m_orders(std::move(orders)), m_caller(std::move(caller)) {
+    const AccountNames names(facade);
+    m_accountTexts.reserve(m_orders.size());
+    for (const auto& o : m_orders) m_accountTexts.push_back(names.textOf(o, std::string()));
     std::map<std::pair<std::int32_t, std::string>, int> seen;
     m_decimals.reserve(m_orders.size());
     for (const auto& o : m_orders) {
@@ -216,7 +249,7 @@ std::string CMultiTriggerConfirm::cell(std::size_t row, int column) const {
     };
     switch (column) {
         case kColAccount:
-            return confirm_fmt::format(kAccountCell, o.strAccountID.c_str(), o.strBrokerID.c_str());
+            return m_accountTexts.at(row);
         case kColSymbol: {
             std::string s = symbolInfo(o.strCode, o.strSymbolText, o.nOpenClose, o.nDirection);
             s += ' ';

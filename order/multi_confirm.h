@@ -2,11 +2,13 @@
 //
 // CMultiConfirm: a batch of plain orders awaiting the trader's confirmation. It holds a copy
 // of the orders, the caller name and the algorithm threshold block, gives the list's title,
-// column layout and cell texts, and takes the trader's in-place edits of a row's price
+// column layout and cell texts (the account as "880001(模拟账户一)", identifier and name, as
+// the ticket names it), and takes the trader's in-place edits of a row's price
 // and volume under these limits (a refused edit changes nothing and says why):
-//   - price: a number above 0, inside the day's limit band when the quote has one, then
-//     rounded to the contract's tick for the order's direction (buys up, sells down) exactly
-//     as the ticket rounds, so an edited order is never off the price grid;
+//   - price: a finite number above 0 and within number_text::kMaxPrice, inside the day's
+//     limit band when the quote has one, then rounded to the contract's tick for the order's
+//     direction (buys up, sells down) exactly as the ticket rounds, so an edited order is
+//     never off the price grid nor outside the band;
 //   - volume: a whole number of lots from 1 to a cap — the user's single-order limit when it
 //     is switched on, otherwise kDefaultVolumeCap (a fat-finger guard: no exchange accepts a
 //     larger single limit order for the contracts traded here).
@@ -46,7 +48,8 @@ public:
     static constexpr double kDefaultVolumeCap = 1000;
 
     // `algo` may be null (copied otherwise); `facade` (may be null) is asked once per symbol
-    // for the contract and the day's limits.
+    // for the contract and the day's limits, and once for the accounts' names. A `volumeCap`
+    // outside 1..number_text::kMaxVolume means kDefaultVolumeCap.
     CMultiConfirm(std::vector<tagBrokerOrder> orders, std::string caller,
                   const tagAlgoSetting* algo, CSubscibeManage* facade,
                   double volumeCap = kDefaultVolumeCap);
@@ -94,6 +97,7 @@ private:
     std::vector<tagBrokerOrder> m_orders;
     std::string m_caller;
     std::optional<tagAlgoSetting> m_algo;
+    std::vector<std::string> m_accountTexts;  // per row
     double m_volumeCap;
     std::map<std::pair<std::int32_t, std::string>, Contract> m_contracts;
     bool m_sent = false;
@@ -134,6 +138,7 @@ public:
 private:
     std::vector<tagTriggerOrder> m_orders;
     std::string m_caller;
-    std::vector<int> m_decimals;  // per row
+    std::vector<std::string> m_accountTexts;  // per row
+    std::vector<int> m_decimals;              // per row
     bool m_sent = false;
 };

@@ -1,12 +1,12 @@
 #include "order/normal_order.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <vector>
 
 #include "app/helmsman_manage.h"
+#include "host/number_text.h"
 #include "host/price.h"
 #include "order/master_dialog.h"
 #include "order/order_strings.h"
@@ -18,27 +18,11 @@ void CNormalOrder::inform(const char* caption, const char* text) const {
 }
 
 double CNormalOrder::parseVolume(const std::string& text) {
-    const char* p = text.data();
-    const char* end = p + text.size();
-    while (p != end && (*p == ' ' || *p == '\t')) ++p;
-    if (p != end && *p == '+') ++p;
-    double v = 0;
-    const auto [ptr, ec] = std::from_chars(p, end, v, std::chars_format::fixed);
-    if (ec != std::errc() || !std::isfinite(v)) return 0;
-    return v;
+    return number_text::parseLeading(text).value_or(0);
 }
 
 std::string CNormalOrder::formatNumber(double v) {
-    // to_chars, not printf: the process locale may use a decimal comma.
-    char buf[64];
-    const auto r = std::to_chars(buf, buf + sizeof buf, v, std::chars_format::fixed, 4);
-    std::string s(buf, r.ec == std::errc() ? r.ptr : buf);
-    if (s.find('.') != std::string::npos) {
-        while (!s.empty() && s.back() == '0') s.pop_back();
-        if (!s.empty() && s.back() == '.') s.pop_back();
-    }
-    if (s == "-0") s = "0";
-    return s;
+    return number_text::format(v);
 }
 
 void CNormalOrder::readSettings(const HelmsmanSettings& s) {

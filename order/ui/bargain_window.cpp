@@ -8,12 +8,13 @@
 #include <QVBoxLayout>
 
 #include "app/ui/window_placement.h"
+#include "host/ui/sort_list_ctrl.h"
 #include "order/confirm_dialog.h"
 #include "order/confirm_strings.h"
 #include "order/ui/confirm_order_dialog.h"
 #include "order/ui/multi_confirm_dialog.h"
 
-BargainWindow::BargainWindow(CSubscibeManage* facade, QWidget* parent)
+BargainWindow::BargainWindow(CSubscibeManage* facade, const std::string& userDir, QWidget* parent)
     : QWidget(parent ? parent : window_placement::hostWindow(), Qt::Window), m_core(facade) {
     setWindowTitle(QString::fromUtf8(confirm_text::kFillWindowTitle));
     // Shown, not activated: a fill must not steal the keyboard from the ticket. Above its
@@ -34,18 +35,13 @@ BargainWindow::BargainWindow(CSubscibeManage* facade, QWidget* parent)
     bannerLayout->addWidget(m_latestTitle);
     bannerLayout->addWidget(m_latestBody);
 
-    m_list = new QTableWidget(0, 3, this);
+    m_list = new CSortListCtrl(this);
     m_list->setObjectName("fillList");
-    m_list->setHorizontalHeaderLabels({QString::fromUtf8(confirm_text::kFillTimeColumn),
-                                       QString::fromUtf8(confirm_text::kFillTitleColumn),
-                                       QString::fromUtf8(confirm_text::kFillBodyColumn)});
-    m_list->verticalHeader()->setVisible(false);
+    m_list->SetHeadings(confirm_fmt::format("%s,60;%s,120;%s,200;", confirm_text::kFillTimeColumn,
+                                            confirm_text::kFillTitleColumn,
+                                            confirm_text::kFillBodyColumn));
     m_list->verticalHeader()->setDefaultSectionSize(m_list->fontMetrics().height() + 8);
-    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     m_list->horizontalHeader()->setStretchLastSection(true);
-    m_list->horizontalHeader()->setHighlightSections(false);
     const QFontMetrics fm = m_list->fontMetrics();
     m_list->setColumnWidth(0, fm.horizontalAdvance("00:00:00") + 16);
     // Wide enough for the longest title and a typical body, measured from the real formats.
@@ -54,6 +50,7 @@ BargainWindow::BargainWindow(CSubscibeManage* facade, QWidget* parent)
     const QString sampleBody = QString::fromStdString(
         confirm_fmt::format(confirm_text::kFillSellBody, "IF2406", 100.0, "100000") + "10000.00");
     m_list->setColumnWidth(1, fm.horizontalAdvance(sampleTitle) + 16);
+    m_list->LoadColumnInfo(userDir, confirm_lists::kFills);
 
     auto* close = new QPushButton(QString::fromUtf8(confirm_text::kFillClose), this);
     close->setObjectName("closeButton");
@@ -80,18 +77,15 @@ void BargainWindow::showFills(const std::vector<tagBargainOrder>& fills) {
 
 void BargainWindow::redraw() {
     const auto& entries = m_core.entries();
-    m_list->setRowCount(static_cast<int>(entries.size()));
-    for (int r = 0; r < static_cast<int>(entries.size()); ++r) {
-        const auto& e = entries[static_cast<std::size_t>(r)];
-        const QColor colour = confirm_ui::directionColor(e.buy);
-        auto* time = confirm_ui::readOnlyItem(e.time);
-        auto* title = confirm_ui::readOnlyItem(e.title);
-        title->setForeground(colour);
-        auto* body = confirm_ui::readOnlyItem(e.body);
-        m_list->setItem(r, 0, time);
-        m_list->setItem(r, 1, title);
-        m_list->setItem(r, 2, body);
+    m_list->DeleteAllItems();
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const auto& e = entries[i];
+        const int r = m_list->AddItem({e.time, e.title, e.body});
+        m_list->SetItemData(r, i);
+        m_list->item(r, 1)->setForeground(confirm_ui::directionColor(e.buy));
     }
+    if (m_list->sortColumn() >= 0)
+        m_list->SortByColumn(m_list->sortColumn(), m_list->sortAscending());
     if (entries.empty()) {
         m_latestTitle->clear();
         m_latestBody->clear();
@@ -104,7 +98,7 @@ void BargainWindow::redraw() {
         QStringLiteral("color: %1; font-size: 16px; font-weight: bold;").arg(colour.name()));
     m_latestBody->setText(QString::fromStdString(latest.body));
     m_latestBody->setStyleSheet("font-size: 14px;");
-    const int last = static_cast<int>(entries.size()) - 1;
+    const int last = m_list->FindItemData(entries.size() - 1);
     m_list->selectRow(last);
     m_list->scrollToItem(m_list->item(last, 0));
 }

@@ -7,30 +7,16 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
-#include "app/column_layout.h"
 #include "app/helmsman_manage.h"
 #include "order/confirm_strings.h"
 #include "order/ui/confirm_order_dialog.h"
 
 namespace confirm_ui {
 
-void applyColumns(QTableWidget* table, const char* detail) {
-    const auto columns = parseColumnLayout(detail);
-    table->setColumnCount(static_cast<int>(columns.size()));
-    QStringList titles;
-    for (const auto& c : columns) titles << QString::fromStdString(c.title);
-    table->setHorizontalHeaderLabels(titles);
-    // A horizontal dialog unit of the classic 9-point dialog font is about 1.5 pixels;
-    // fitColumns() widens any column whose heading or cells need more.
-    const double unit = 1.5;
-    for (int i = 0; i < static_cast<int>(columns.size()); ++i)
-        table->setColumnWidth(i, static_cast<int>(columns[i].width * unit + 0.5));
-}
-
-QTableWidgetItem* readOnlyItem(const std::string& text) {
-    auto* item = new QTableWidgetItem(QString::fromStdString(text));
-    item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-    return item;
+void setupList(CSortListCtrl* list) {
+    list->setAlternatingRowColors(false);
+    list->horizontalHeader()->setStretchLastSection(false);
+    list->verticalHeader()->setDefaultSectionSize(list->fontMetrics().height() + 10);
 }
 
 int tableWidth(const QTableWidget* table) {
@@ -39,18 +25,7 @@ int tableWidth(const QTableWidget* table) {
     return w + 2 * table->frameWidth() + table->verticalScrollBar()->sizeHint().width();
 }
 
-static void setupTable(QTableWidget* table) {
-    table->verticalHeader()->setVisible(false);
-    table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    table->setSelectionMode(QAbstractItemView::SingleSelection);
-    table->setAlternatingRowColors(false);
-    table->horizontalHeader()->setHighlightSections(false);
-    table->horizontalHeader()->setStretchLastSection(false);
-    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 10);
-}
-
-// Makes every column at least as wide as its heading and its widest cell.
-static void fitColumns(QTableWidget* table) {
+void fitColumns(QTableWidget* table) {
     for (int c = 0; c < table->columnCount(); ++c) {
         const int detail = table->columnWidth(c);
         table->resizeColumnToContents(c);
@@ -60,17 +35,17 @@ static void fitColumns(QTableWidget* table) {
 
 }  // namespace confirm_ui
 
-using confirm_ui::readOnlyItem;
-
 // ---- BatchOrderTable -------------------------------------------------------------------
 
-BatchOrderTable::BatchOrderTable(CMultiConfirm& core, CHelmsmanManage& manager, QWidget* parent)
-    : QTableWidget(parent), m_core(core), m_manager(manager) {
-    confirm_ui::setupTable(this);
-    confirm_ui::applyColumns(this, CMultiConfirm::columnLayout());
+BatchOrderTable::BatchOrderTable(CMultiConfirm& core, CHelmsmanManage& manager,
+                                 const char* listName, QWidget* parent)
+    : CSortListCtrl(parent), m_core(core), m_manager(manager) {
+    confirm_ui::setupList(this);
+    SetHeadings(CMultiConfirm::columnLayout());
     setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     refresh();
     confirm_ui::fitColumns(this);
+    LoadColumnInfo(manager.userDir(), listName);
     connect(this, &QTableWidget::itemChanged, this, &BatchOrderTable::onItemChanged);
     // A double-click anywhere else on the row edits its price.
     connect(this, &QTableWidget::cellDoubleClicked, this, [this](int row, int column) {
@@ -81,24 +56,33 @@ BatchOrderTable::BatchOrderTable(CMultiConfirm& core, CHelmsmanManage& manager, 
 
 void BatchOrderTable::refresh() {
     m_filling = true;
-    setRowCount(static_cast<int>(m_core.rowCount()));
-    for (int r = 0; r < rowCount(); ++r) fillRow(r);
+    DeleteAllItems();
+    for (std::size_t i = 0; i < m_core.rowCount(); ++i) {
+        const int row = AddItem({});
+        SetItemData(row, i);
+        fillRow(row);
+    }
+    if (sortColumn() >= 0) SortByColumn(sortColumn(), sortAscending());
     m_filling = false;
 }
 
 void BatchOrderTable::fillRow(int row) {
-    const auto& order = m_core.orders()[static_cast<std::size_t>(row)];
+    const bool wasFilling = m_filling;
+    m_filling = true;
+    const std::size_t index = orderOf(row);
+    const auto& order = m_core.orders()[index];
     const QColor colour = confirm_ui::directionColor(order.nDirection == kDirBuy);
     for (int c = 0; c < CMultiConfirm::kColCount; ++c) {
-        QTableWidgetItem* item = readOnlyItem(m_core.cell(static_cast<std::size_t>(row), c));
+        SetItemText(row, c, m_core.cell(index, c));
+        QTableWidgetItem* it = item(row, c);
         if (c == CMultiConfirm::kColPrice || c == CMultiConfirm::kColVolume) {
-            item->setFlags(item->flags() | Qt::ItemIsEditable);
-            item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-            item->setToolTip(QString::fromUtf8(confirm_text::kEditTip));
+            it->setFlags(it->flags() | Qt::ItemIsEditable);
+            it->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            it->setToolTip(QString::fromUtf8(confirm_text::kEditTip));
         }
-        if (c == CMultiConfirm::kColSymbol) item->setForeground(colour);
-        setItem(row, c, item);
+        if (c == CMultiConfirm::kColSymbol) it->setForeground(colour);
     }
+    m_filling = wasFilling;
 }
 
 void BatchOrderTable::editRow(int row, int column) {
@@ -111,18 +95,17 @@ void BatchOrderTable::onItemChanged(QTableWidgetItem* changed) {
     if (m_filling) return;
     const int row = changed->row();
     const int column = changed->column();
+    const std::size_t index = orderOf(row);
     const std::string typed = changed->text().toStdString();
     EditResult result;
     if (column == CMultiConfirm::kColPrice)
-        result = m_core.editPrice(static_cast<std::size_t>(row), typed);
+        result = m_core.editPrice(index, typed);
     else if (column == CMultiConfirm::kColVolume)
-        result = m_core.editVolume(static_cast<std::size_t>(row), typed);
+        result = m_core.editVolume(index, typed);
     else
         return;
     // Show what the order now is: the rounded price, or the old value after a refusal.
-    m_filling = true;
     fillRow(row);
-    m_filling = false;
     if (!result.ok) {
         m_manager.prompter().inform(confirm_text::kEditCaption, result.message,
                                     PromptIcon::Exclamation);
@@ -161,7 +144,7 @@ MultiConfirmDialog::MultiConfirmDialog(CMultiConfirm& core, CHelmsmanManage& man
     : QDialog(parent) {
     setWindowTitle(QString::fromStdString(core.title()));
     setModal(true);
-    m_table = new BatchOrderTable(core, manager, this);
+    m_table = new BatchOrderTable(core, manager, confirm_lists::kBatch, this);
     auto* summary = new QLabel(QString::fromStdString(core.summary()), this);
     summary->setObjectName("summaryLabel");
     summary->setStyleSheet("font-weight: bold;");
@@ -194,23 +177,22 @@ MultiTriggerConfirmDialog::MultiTriggerConfirmDialog(std::unique_ptr<CMultiTrigg
     : QDialog(parent), m_core(std::move(core)), m_manager(manager) {
     setWindowTitle(QString::fromStdString(m_core->title()));
     setModal(true);
-    m_table = new QTableWidget(this);
-    confirm_ui::setupTable(m_table);
-    confirm_ui::applyColumns(m_table, CMultiTriggerConfirm::columnLayout());
-    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_table->setRowCount(static_cast<int>(m_core->rowCount()));
-    for (int r = 0; r < m_table->rowCount(); ++r) {
-        const auto& o = m_core->orders()[static_cast<std::size_t>(r)];
-        for (int c = 0; c < CMultiTriggerConfirm::kColCount; ++c) {
-            auto* item = readOnlyItem(m_core->cell(static_cast<std::size_t>(r), c));
-            if (c >= CMultiTriggerConfirm::kColTrigger)
-                item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-            if (c == CMultiTriggerConfirm::kColSymbol)
-                item->setForeground(confirm_ui::directionColor(o.nDirection == kDirBuy));
-            m_table->setItem(r, c, item);
-        }
+    m_table = new CSortListCtrl(this);
+    confirm_ui::setupList(m_table);
+    m_table->SetHeadings(CMultiTriggerConfirm::columnLayout());
+    for (std::size_t i = 0; i < m_core->rowCount(); ++i) {
+        std::vector<std::string> texts;
+        for (int c = 0; c < CMultiTriggerConfirm::kColCount; ++c)
+            texts.push_back(m_core->cell(i, c));
+        const int r = m_table->AddItem(texts);
+        m_table->SetItemData(r, i);
+        for (int c = CMultiTriggerConfirm::kColTrigger; c < CMultiTriggerConfirm::kColCount; ++c)
+            m_table->item(r, c)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        m_table->item(r, CMultiTriggerConfirm::kColSymbol)
+            ->setForeground(confirm_ui::directionColor(m_core->orders()[i].nDirection == kDirBuy));
     }
     confirm_ui::fitColumns(m_table);
+    m_table->LoadColumnInfo(manager.userDir(), confirm_lists::kTriggerBatch);
 
     m_ok = new QPushButton(QString::fromUtf8(confirm_text::kOk), this);
     m_ok->setObjectName("okButton");

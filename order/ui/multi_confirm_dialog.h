@@ -4,7 +4,8 @@
 // red and sells in green. Double-clicking a row edits its price in place (double-clicking
 // the volume cell edits the volume); each typed value goes to the core, which applies or
 // refuses it; a refusal is told through the manager's prompter and the cell shows the order
-// as it still is.
+// as it still is. A sortable list: each row carries its order's index, so edits find their
+// order in any sort, and the user's column layout is kept under the list's name.
 //
 // MultiConfirmDialog: the modal batch confirmation (title "委托确认[caller] - 双击可修改价格
 // 数量"). It sends nothing: after exec() == Accepted the caller takes core().orders(), edits
@@ -17,18 +18,20 @@
 #pragma once
 
 #include <QDialog>
-#include <QTableWidget>
 #include <memory>
 
+#include "host/ui/sort_list_ctrl.h"
 #include "order/multi_confirm.h"
 
 class CHelmsmanManage;
 class QPushButton;
 
-class BatchOrderTable : public QTableWidget {
+class BatchOrderTable : public CSortListCtrl {
     Q_OBJECT
 public:
-    BatchOrderTable(CMultiConfirm& core, CHelmsmanManage& manager, QWidget* parent = nullptr);
+    // `listName` keys the saved column layout.
+    BatchOrderTable(CMultiConfirm& core, CHelmsmanManage& manager, const char* listName,
+                    QWidget* parent = nullptr);
 
     // Redraws every row from the core.
     void refresh();
@@ -41,7 +44,9 @@ signals:
 
 private:
     void onItemChanged(QTableWidgetItem* item);
+    // Shows the order behind a row as it now is.
     void fillRow(int row);
+    std::size_t orderOf(int row) const { return static_cast<std::size_t>(GetItemData(row)); }
 
     CMultiConfirm& m_core;
     CHelmsmanManage& m_manager;
@@ -70,7 +75,7 @@ public:
                               QWidget* parent = nullptr);
 
     const CMultiTriggerConfirm& core() const { return *m_core; }
-    QTableWidget* table() const { return m_table; }
+    CSortListCtrl* table() const { return m_table; }
     QPushButton* okButton() const { return m_ok; }
 
     void accept() override;
@@ -78,16 +83,24 @@ public:
 private:
     std::unique_ptr<CMultiTriggerConfirm> m_core;
     CHelmsmanManage& m_manager;
-    QTableWidget* m_table;
+    CSortListCtrl* m_table;
     QPushButton* m_ok;
     QPushButton* m_cancel;
 };
 
+// Names under which the lists keep their column layouts.
+namespace confirm_lists {
+inline constexpr const char* kBatch = "MultiConfirm";
+inline constexpr const char* kTriggerBatch = "MultiTriggerConfirm";
+inline constexpr const char* kLikeOrders = "SameConfirm";
+inline constexpr const char* kFills = "FillNotice";
+}  // namespace confirm_lists
+
 namespace confirm_ui {
-// Applies a column layout ("title,width;...") to a table; widths are dialog units.
-void applyColumns(QTableWidget* table, const char* detail);
-// A table cell that the user reads but does not edit.
-QTableWidgetItem* readOnlyItem(const std::string& text);
+// The look the confirmation lists share: row height, no alternating colours.
+void setupList(CSortListCtrl* list);
+// Makes every column at least as wide as its heading and its widest cell.
+void fitColumns(QTableWidget* table);
 // Width that shows every column of `table` without a horizontal scroll bar.
 int tableWidth(const QTableWidget* table);
 }  // namespace confirm_ui

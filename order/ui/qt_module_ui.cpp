@@ -67,7 +67,7 @@ void QtModuleUi::showSameConfirm(const std::vector<tagBrokerOrder>& orders,
 }
 
 void QtModuleUi::showFillNotice(const std::vector<tagBargainOrder>& fills) {
-    if (!m_fillNotice) m_fillNotice = new BargainWindow(manager().facade());
+    if (!m_fillNotice) m_fillNotice = new BargainWindow(manager().facade(), manager().userDir());
     m_fillNotice->showFills(fills);
 }
 

@@ -38,7 +38,7 @@ SameConfirmDialog::SameConfirmDialog(std::vector<tagBrokerOrder> orders, const s
         m_summary->setStyleSheet("QLabel { font-size: 15px; font-weight: bold; }");
     }
 
-    m_table = new BatchOrderTable(m_core, manager, this);
+    m_table = new BatchOrderTable(m_core, manager, confirm_lists::kLikeOrders, this);
     connect(m_table, &BatchOrderTable::edited, this,
             [this] { m_summary->setText(QString::fromStdString(m_core.summary())); });
 

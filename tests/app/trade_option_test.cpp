@@ -87,10 +87,17 @@ TEST(TradeOptionAccept, NoAccountsKeepsTheSavedOne) {
     EXPECT_EQ(s.strBrokerID, "9999");
 }
 
+// The boxes hold volumes: anything that is not a finite volume in range reads 0.
 TEST(TradeOptionNumbers, DecimalReading) {
     const std::pair<const char*, double> cases[] = {
-        {"3", 3}, {"2.5", 2.5}, {" 7", 7}, {"12abc", 12}, {"abc", 0}, {"", 0}, {"-1", -1}};
+        {"3", 3},     {"2.5", 2.5}, {" 7", 7},          {"12abc", 12},    {"abc", 0},
+        {"", 0},      {"-1", 0},    {"inf", 0},         {"nan", 0},       {"Infinity", 0},
+        {"1e300", 0}, {"1e400", 0}, {"100000000", 1e8}, {"100000001", 0},
+    };
     for (auto [text, v] : cases) EXPECT_DOUBLE_EQ(CTradeOption::readNumber(text), v) << text;
+    // Numbers are shown whole and in full, however large.
+    EXPECT_EQ(CTradeOption::formatWhole(2.5), "2");
+    EXPECT_EQ(CTradeOption::formatWhole(1e59).size(), 59u);  // 9.99...e58 in binary
 }
 
 }  // namespace

@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <iomanip>
+#include <limits>
 #include <tuple>
+
+#include "host/number_text.h"
 
 namespace {
 
@@ -32,22 +37,67 @@ TEST(PriceRounding, BuysRoundUpSellsRoundDown) {
     }
 }
 
-// Every price already on the grid comes back unchanged both ways, however its decimal lands
-// in binary.
-TEST(PriceRounding, OnGridPricesStayPut) {
-    const std::tuple<float, std::int64_t, std::int64_t> grids[] = {// in ten-thousandths
-                                                                   {0.2f, 40000000, 60000000},
-                                                                   {0.005f, 950000, 1050000},
-                                                                   {1.0f, 20000000, 30000000},
-                                                                   {0.5f, 9000000, 11000000}};
-    for (auto [unit, from, to] : grids) {
+// Ticks and prices from the far ends: an unknown step or an out-of-range price comes back
+// unchanged (nothing else would be a price), never undefined behaviour.
+TEST(PriceRounding, UnusableInputsComeBackUnchanged) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const float fnan = std::numeric_limits<float>::quiet_NaN();
+    const float finf = std::numeric_limits<float>::infinity();
+    struct {
+        double in;
+        std::int32_t minMove;
+        float unit;
+    } cases[] = {
+        {3001.3, 1, fnan},  {3001.3, 1, finf},  {3001.3, 1, 3e38f},    {3001.3, 1, 1e10f},
+        {3001.3, -1, 0.2f}, {3001.3, 1, -0.2f}, {3001.3, 1, 0.00001f},  // below 1/10000
+        {3e33, 1, 0.2f},    {-3e33, 1, 0.2f},   {1e9 + 1, 1, 0.2f},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.in << " step " << c.minMove << "x" << c.unit);
+        EXPECT_EQ(price::roundBuy(c.in, c.minMove, c.unit), c.in);
+        EXPECT_EQ(price::roundSell(c.in, c.minMove, c.unit), c.in);
+    }
+    EXPECT_TRUE(std::isnan(price::roundBuy(nan, 1, 0.2f)));
+    EXPECT_EQ(price::pointValue(1, fnan), 0);
+    EXPECT_EQ(price::pointOnGrid(1, finf), 0);
+    EXPECT_EQ(price::decimals(1, fnan), 2);
+}
+
+// A price on the grid never moves, up to the largest price a box allows, where a whole
+// ten-thousandth is only a few bits of the double; negative prices (spreads) round alike.
+TEST(PriceRounding, OnGridPricesStayPutOverTheWholeRange) {
+    struct {
+        double in;
+        float unit;
+        double buy, sell;
+    } cases[] = {
+        {110000000.2, 0.2f, 110000000.2, 110000000.2},
+        {110000000.3, 0.2f, 110000000.4, 110000000.2},
+        {999999999.9999, 0.0001f, 999999999.9999, 999999999.9999},
+        {999999999.5, 1.0f, 1e9, 999999999.0},
+        {1e9, 5.0f, 1e9, 1e9},
+        {-1e9, 0.2f, -1e9, -1e9},
+        {-3.3, 0.2f, -3.2, -3.4},
+        {-3.4, 0.2f, -3.4, -3.4},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << std::setprecision(17) << c.in << " step " << c.unit);
+        EXPECT_EQ(price::roundBuy(c.in, 1, c.unit), c.buy);
+        EXPECT_EQ(price::roundSell(c.in, 1, c.unit), c.sell);
+    }
+    // Sweeps over grid prices, however their decimals land in binary: everyday magnitudes
+    // and the largest, fine and coarse steps alike.
+    const std::tuple<float, double> sweeps[] = {
+        {0.2f, 4000.0},         {0.005f, 95.0}, {1.0f, 2000.0}, {0.5f, 900.0}, {0.0001f, 1e8},
+        {0.0001f, 999990000.0}, {0.2f, 1.1e8},  {0.2f, 5e8},    {0.005f, 7e8}};
+    for (auto [unit, from] : sweeps) {
         const std::int64_t step = price::stepUnits(1, unit);
-        ASSERT_GT(step, 0);
+        const auto first = static_cast<std::int64_t>(from * 10000) / step * step;
         int bad = 0;
-        for (std::int64_t u = from; u <= to && bad < 5; u += step) {
-            const double p = static_cast<double>(u) / 10000.0;
+        for (std::int64_t k = 0; k < 20000 && bad < 5; ++k) {
+            const double p = static_cast<double>(first + k * step) / 10000.0;
             if (price::roundBuy(p, 1, unit) != p || price::roundSell(p, 1, unit) != p) {
-                ADD_FAILURE() << "moved " << p << " on step " << unit;
+                ADD_FAILURE() << std::setprecision(17) << "moved " << p << " on step " << unit;
                 ++bad;
             }
         }

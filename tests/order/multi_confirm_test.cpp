@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "app/helmsman_manage.h"
 #include "app/settings.h"
+#include "host/number_text.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
 #include "support/scripted.h"
@@ -15,6 +18,9 @@ FakeHost hostWithIF() {
     host.details["IF2406"] = contractDetail(0.2f, 1, 10);
     host.details["rb2410"] = contractDetail(1.0f, 1, 10);
     host.quotes["IF2406"] = TickBuilder().limits(2700, 3300);  // rb2410 has no quote: no band known
+    host.details["IH2406"] = contractDetail(0.2f, 1, 10);
+    host.quotes["IH2406"] = TickBuilder().limits(2700.1, 3299.9);  // limits off the grid
+    host.accounts = {FakeHost::account("8001", "9999", "模拟账户一")};
     return host;
 }
 
@@ -43,14 +49,15 @@ TEST(MultiConfirm, TitleColumnsAndRowsInArrayOrder) {
     std::vector<tagBrokerOrder> orders = {order("8001", "IF2406", kDirBuy, kOpen, 2, 3001.4),
                                           order("8002", "rb2410", kDirSell, kClose, 10, 3650),
                                           order("8003", "IF2406", kDirSell, kCloseToday, 1, 3000)};
+    orders[1].strAccountState = "模拟账户二";  // logged off since: the name the ticket copied
     CMultiConfirm mc(orders, "批量下单", nullptr, &host);
     EXPECT_EQ(mc.title(), "委托确认[批量下单] - 双击可修改价格数量");
     EXPECT_STREQ(CMultiConfirm::columnLayout(), "帐户,80;商品信息,108;委托价格,60;委托数量,60;");
     ASSERT_EQ(mc.rowCount(), 3u);
     const std::vector<std::vector<std::string>> rows = {
-        {"8001(9999)", "IF2406 开仓买入", "3001.4", "2"},
-        {"8002(9999)", "rb2410 平仓卖出", "3650", "10"},
-        {"8003(9999)", "IF2406 平今仓卖出", "3000.0", "1"},
+        {"8001(模拟账户一)", "IF2406 开仓买入", "3001.4", "2"},
+        {"8002(模拟账户二)", "rb2410 平仓卖出", "3650", "10"},
+        {"8003", "IF2406 平今仓卖出", "3000.0", "1"},  // no name known
     };
     for (std::size_t r = 0; r < rows.size(); ++r)
         for (int c = 0; c < CMultiConfirm::kColCount; ++c)
@@ -80,9 +87,16 @@ TEST(MultiConfirm, PriceEditsAreLimitedAndRoundedForTheDirection) {
         {"rb2410", kDirSell, "99999.7", 99999, ""},
         {"rb2410", kDirSell, "0.5", 3650, notPositive},  // rounds down to nothing
         {"IF2406", kDirBuy, "30o1", 3000, "输入错误，请输入数字！"},
+        {"rb2410", kDirBuy, "inf", 3650, "输入错误，请输入数字！"},
+        {"rb2410", kDirBuy, "nan", 3650, "输入错误，请输入数字！"},
+        {"rb2410", kDirBuy, "3e33", 3650, number_text::kMsgPriceOutOfRange},
+        {"rb2410", kDirBuy, "999999999.2", 1e9, ""},
+        // Rounding never steps out of a band whose limits are off the grid.
+        {"IH2406", kDirBuy, "3299.9", 3299.8, ""},
+        {"IH2406", kDirSell, "2700.1", 2700.2, ""},
     };
     for (const auto& c : cases) {
-        const double start = std::string(c.code) == "IF2406" ? 3000 : 3650;
+        const double start = std::string(c.code) == "rb2410" ? 3650 : 3000;
         CMultiConfirm mc({order("1", c.code, c.dir, kOpen, 1, start)}, "x", nullptr, &host);
         const EditResult r = mc.editPrice(0, c.typed);
         EXPECT_EQ(r.ok, *c.message == '\0') << c.typed;
@@ -108,6 +122,10 @@ TEST(MultiConfirm, VolumeEditsAreWholeAndCapped) {
         {"2.5", 1000, false, 2, "输入错误，委托数量必须是大于0的整数！"},
         {"3.0", 1000, true, 3, ""},
         {"abc", 1000, false, 2, "输入错误，请输入数字！"},
+        {"inf", 1000, false, 2, "输入错误，请输入数字！"},
+        {"1e300", 1000, false, 2, "输入错误，委托数量不能超过1000张！"},
+        {"5000", std::numeric_limits<double>::infinity(), false, 2,  // no cap: the default
+         "输入错误，委托数量不能超过1000张！"},
     };
     for (const auto& c : cases) {
         CMultiConfirm mc({order("1", "IF2406", kDirBuy, kOpen, 2, 3000)}, "x", nullptr, &host,
@@ -127,6 +145,8 @@ TEST(MultiConfirm, VolumeCapFollowsTheSingleOrderLimit) {
     s.bUseSingleLimit = 1;
     EXPECT_EQ(CMultiConfirm::volumeCapFor(s), 50);
     s.dMaxSingleLimitVol = 0;
+    EXPECT_EQ(CMultiConfirm::volumeCapFor(s), CMultiConfirm::kDefaultVolumeCap);
+    s.dMaxSingleLimitVol = std::numeric_limits<double>::infinity();
     EXPECT_EQ(CMultiConfirm::volumeCapFor(s), CMultiConfirm::kDefaultVolumeCap);
 }
 
@@ -189,9 +209,9 @@ TEST(MultiTriggerConfirm, RowsAndSendingInListOrder) {
     EXPECT_STREQ(CMultiTriggerConfirm::columnLayout(),
                  "帐户,80;商品信息,108;触发价格,60;执行价格,60;委托数量,60;止损价,60;获利价,60;");
     const std::vector<std::vector<std::string>> rows = {
-        {"8001(9999)", "IF2406 开仓卖出 追卖", "2990.0", "2989.8", "2", "3000.0", "2950.0"},
-        {"8002(9999)", "IF2406 开仓卖出 追卖", "2990.0", "市价", "2", "无", "无"},
-        {"8003(9999)", "IF2406 开仓卖出 追卖", "2985.2", "2985.0", "2", "无", "2900.0"},
+        {"8001(模拟账户一)", "IF2406 开仓卖出 追卖", "2990.0", "2989.8", "2", "3000.0", "2950.0"},
+        {"8002", "IF2406 开仓卖出 追卖", "2990.0", "市价", "2", "无", "无"},
+        {"8003", "IF2406 开仓卖出 追卖", "2985.2", "2985.0", "2", "无", "2900.0"},
     };
     for (std::size_t r = 0; r < rows.size(); ++r)
         for (int c = 0; c < CMultiTriggerConfirm::kColCount; ++c)

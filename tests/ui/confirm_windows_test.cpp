@@ -51,6 +51,9 @@ protected:
         testApp();
         m_host.details["IF2406"] = contractDetail(0.2f, 1, 300);
         m_host.quotes["IF2406"] = TickBuilder().limits(2700, 3300);
+        m_host.accounts = {FakeHost::account("8001", "9999", "模拟账户一"),
+                           FakeHost::account("8002", "9999", "模拟账户二"),
+                           FakeHost::account("8003", "9999", "模拟账户三")};
         m_manager.init(0, &m_host, m_root.string(), "u", 0);
         m_manager.setPrompter(&m_prompter);
         m_manager.setUi(&m_ui);
@@ -95,6 +98,8 @@ TEST_F(ConfirmWindows, BatchEditsTravelWithTheAcceptedBatch) {
         EXPECT_EQ(d->windowTitle(), QString::fromUtf8("委托确认[批量] - 双击可修改价格数量"));
         QTableWidget* t = d->table();
         ASSERT_EQ(t->rowCount(), 3);
+        EXPECT_EQ(t->item(0, CMultiConfirm::kColAccount)->text(),
+                  QString::fromUtf8("8001(模拟账户一)"));
         t->item(0, CMultiConfirm::kColVolume)->setText("5");      // accepted
         t->item(1, CMultiConfirm::kColPrice)->setText("3001.3");  // rounded up for a buy
         t->item(2, CMultiConfirm::kColPrice)->setText("3400");    // outside the band: refused

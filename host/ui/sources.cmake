@@ -1,0 +1,2 @@
+target_sources(helmsman_ui PRIVATE
+    ${CMAKE_CURRENT_LIST_DIR}/sort_list_ctrl.h ${CMAKE_CURRENT_LIST_DIR}/sort_list_ctrl.cpp)
