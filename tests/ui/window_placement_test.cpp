@@ -92,7 +92,7 @@ TEST(WindowPlacement, ToolWindowsAreOwnedByTheHostWindowAndCascadeOnIt) {
     EXPECT_EQ(second->pos(), first->pos() + QPoint(wp::kCascadeStep, wp::kCascadeStep));
 
     // The fill notice: owned too, and above its owner only, not above every application.
-    BargainWindow notice(nullptr);
+    BargainWindow notice(nullptr, std::string());
     EXPECT_EQ(notice.parentWidget(), &host);
     EXPECT_FALSE(notice.windowFlags() & Qt::WindowStaysOnTopHint);
 
