@@ -25,7 +25,7 @@ namespace {
 // Default widths that fit the Chinese titles and the widest values; the user's own widths,
 // once saved, replace them. The order monitors give the status message room to be read.
 const std::vector<int> kAccountWidths = {60, 84, 50, 92, 92, 84, 70, 70, 56};
-const std::vector<int> kOrderWidths = {66, 52, 60, 64, 40, 48, 72, 40, 50, 72, 180, 70};
+const std::vector<int> kOrderWidths = {66, 52, 60, 64, 40, 48, 72, 40, 50, 72, 160, 70};
 const std::vector<int> kFillWidths = {70, 56, 56, 70, 70, 44, 52, 76, 44, 80};
 const std::vector<int> kPositionWidths = {80, 80, 60, 60, 90, 60, 60, 90};
 const std::vector<int> kTriggerWidths = {70, 56, 70, 70, 44, 52, 64, 76, 76, 44, 110, 72, 80};

@@ -45,7 +45,23 @@ void RecordTableModel::setRows(std::vector<RecordRow> rows) {
         endResetModel();
         return;
     }
-    for (RecordRow& r : rows) upsert(std::move(r));
+    // Known keys update in place; the new ones arrive in one insertion.
+    std::vector<RecordRow> added;
+    for (RecordRow& r : rows) {
+        if (m_rowOfKey.contains(r.key)) {
+            upsert(std::move(r));
+        } else {
+            added.push_back(std::move(r));
+        }
+    }
+    if (added.empty()) return;
+    const int first = static_cast<int>(m_rows.size());
+    beginInsertRows({}, first, first + static_cast<int>(added.size()) - 1);
+    for (RecordRow& r : added) {
+        m_rowOfKey.insert(r.key, static_cast<int>(m_rows.size()));
+        m_rows.push_back(std::move(r));
+    }
+    endInsertRows();
 }
 
 const RecordRow* RecordTableModel::rowAt(int row) const {

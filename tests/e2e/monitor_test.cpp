@@ -13,6 +13,7 @@
 #include <functional>
 
 #include "host/gbk_codec.h"
+#include "shell/desk_style.h"
 #include "shell/monitor_set.h"
 #include "sim/sim_exchange.h"
 #include "support/qt_app.h"
@@ -252,6 +253,28 @@ TEST_F(MonitorTest, SortingByAColumnKeepsTheSelection) {
                 << "column " << c.column << " row " << r;
         }
         EXPECT_EQ(selectedKey("workingOrders"), keyOf(mid));
+    }
+    if (std::getenv("HELMSMAN_SCREENSHOT_DIR")) {
+        // A picture for people: the desk's look, a fuller book sorted by price, one picked.
+        applyDeskStyle(testApp());
+        for (int i = 0; i < 6; ++i) rest(1 + i % 3, 3 + i * 4);
+        m_exchange->rejectNextOrders(1, "可用资金不足，需要 8,802.00，可用 1,000.00");
+        tagBrokerOrder refused;
+        refused.strAccountID = "880001";
+        refused.strBrokerID = "9999";
+        refused.strCode = "rb2105";
+        refused.nDirection = kDirSell;
+        refused.dVolume = 9;
+        refused.dPrice = proxy("allOrders")->rowAt(0)->cells[kOrderColPrice].number;
+        m_exchange->SendOrder(refused);
+        ASSERT_EQ(m_exchange->DeleteOrder("880001", "9999", cheap), 1);
+        deliver();
+        view("allOrders")->sortByColumn(kOrderColPrice, Qt::AscendingOrder);
+        select("allOrders", mid);
+        m_window.resize(900, 300);
+        m_window.show();
+        QApplication::processEvents();
+        saveScreenshot(m_monitors->tabs(), "monitor_sorted.png");
     }
 }
 
