@@ -77,7 +77,8 @@ public:
     explicit DeskSink(DeskWindow& desk) : m_desk(desk) {}
     void onDataChange(std::uint32_t code, std::uintptr_t data) override {
         if (eventKind(code) == kEventQuote && data) {
-            m_desk.m_quotes->applyQuote(*reinterpret_cast<const IModuleFutureTrader::ITickEx*>(data));
+            m_desk.m_quotes->applyQuote(
+                *reinterpret_cast<const IModuleFutureTrader::ITickEx*>(data));
         }
         m_desk.m_monitors->onEvent(code, data);
     }
@@ -155,8 +156,8 @@ void DeskWindow::buildUi() {
     hooks.accountsChanged = [this] { updateStatus(); };
     m_monitors = new MonitorSet(
         m_exchange, m_prompter,
-        [this](std::int32_t e, const std::string& c) { return decimalsOf(e, c); },
-        std::move(hooks), this);
+        [this](std::int32_t e, const std::string& c) { return decimalsOf(e, c); }, std::move(hooks),
+        this);
 
     m_quoteView = makeTable(m_quotes, "quoteBoard");
     m_quoteView->setSelectionMode(QAbstractItemView::SingleSelection);

@@ -22,7 +22,9 @@ namespace t = shell_text;
 
 namespace {
 
-std::string u8(const QString& s) { return s.toStdString(); }
+std::string u8(const QString& s) {
+    return s.toStdString();
+}
 
 QString csvCell(const QString& text) {
     if (!text.contains(',') && !text.contains('"') && !text.contains('\n') &&
@@ -35,7 +37,9 @@ QString csvCell(const QString& text) {
 }
 
 // Cancellable: working and not already being cancelled.
-bool cancellable(const RecordRow& r) { return r.live && r.status != kOrderCancelling; }
+bool cancellable(const RecordRow& r) {
+    return r.live && r.status != kOrderCancelling;
+}
 
 }  // namespace
 
@@ -96,10 +100,10 @@ int MonitorSet::cancelOrder(const QString& key) {
     const RecordRow* r = m_orders->rowAt(m_orders->rowOfKey(key));
     if (!r || !cancellable(*r)) return 0;
     auto cell = [r](int c) { return r->cells.at(static_cast<std::size_t>(c)).text; };
-    const QString question = QString::fromUtf8(t::kAskCancelOne)
-                                 .arg(cell(kOrderColId), cell(kOrderColSymbol),
-                                      cell(kOrderColDirection), cell(kOrderColPrice),
-                                      cell(kOrderColVolume));
+    const QString question =
+        QString::fromUtf8(t::kAskCancelOne)
+            .arg(cell(kOrderColId), cell(kOrderColSymbol), cell(kOrderColDirection),
+                 cell(kOrderColPrice), cell(kOrderColVolume));
     if (!m_prompter.ask(t::kConfirm, u8(question))) return 0;
     const QStringList k = splitRowKey(key);
     if (k.size() != 3) return 0;
@@ -166,8 +170,8 @@ void MonitorSet::logonSelected(bool on) {
     if (ids.empty()) {
         // No selection: act on the account under the cursor, else on all of them.
         const QModelIndex cur = m_accountView->currentIndex();
-        if (const RecordRow* r = cur.isValid() ? proxyOf(m_accountView)->rowAt(cur.row())
-                                               : nullptr) {
+        if (const RecordRow* r =
+                cur.isValid() ? proxyOf(m_accountView)->rowAt(cur.row()) : nullptr) {
             ids.insert(r->key);
         } else {
             for (int i = 0; i < m_accounts->rowCount(); ++i) ids.insert(m_accounts->rowAt(i)->key);
@@ -187,8 +191,7 @@ void MonitorSet::logonSelected(bool on) {
 bool MonitorSet::selectedPosition(tagOpenedPosition& out) const {
     QString wanted;
     const QModelIndex cur = m_positionView->currentIndex();
-    if (const RecordRow* r = cur.isValid() ? proxyOf(m_positionView)->rowAt(cur.row())
-                                           : nullptr) {
+    if (const RecordRow* r = cur.isValid() ? proxyOf(m_positionView)->rowAt(cur.row()) : nullptr) {
         wanted = r->key;
     }
     std::vector<tagOpenedPosition> positions;
@@ -232,11 +235,13 @@ QMenu* MonitorSet::contextMenu(QTableView* view, const QPoint& pos) {
     auto* menu = new QMenu(view);
     const std::vector<const RecordRow*> selected = selectedRecords(view);
     if (isOrderView(view)) {
-        QAction* cancel = menu->addAction(t::kMenuCancel, this, [this, view] { cancelSelected(view); });
+        QAction* cancel =
+            menu->addAction(t::kMenuCancel, this, [this, view] { cancelSelected(view); });
         cancel->setEnabled(std::any_of(selected.begin(), selected.end(),
                                        [](const RecordRow* r) { return cancellable(*r); }));
     } else if (view == m_triggerView) {
-        QAction* del = menu->addAction(t::kDeleteTrigger, this, [this] { deleteSelectedTriggers(); });
+        QAction* del =
+            menu->addAction(t::kDeleteTrigger, this, [this] { deleteSelectedTriggers(); });
         del->setEnabled(!selected.empty());
     }
     QAction* copy = menu->addAction(t::kMenuCopy, this, [this, view] { copySelected(view); });
@@ -246,16 +251,17 @@ QMenu* MonitorSet::contextMenu(QTableView* view, const QPoint& pos) {
     const RecordRow* row = at.isValid() ? proxyOf(view)->rowAt(at.row()) : nullptr;
     if (row && !row->symbol.empty() && m_hooks.openTicket) {
         const tagSymbol symbol = row->symbol;
-        menu->addAction(QString::fromUtf8(t::kMenuOpenTicket).arg(QString::fromStdString(symbol.strCode)),
-                        this, [this, symbol] { m_hooks.openTicket(symbol); });
+        menu->addAction(
+            QString::fromUtf8(t::kMenuOpenTicket).arg(QString::fromStdString(symbol.strCode)), this,
+            [this, symbol] { m_hooks.openTicket(symbol); });
     }
     menu->addSeparator();
     menu->addAction(t::kMenuExport, this, [this, view] {
         int tab = m_tabs->indexOf(view);
         if (tab < 0) tab = m_tabs->indexOf(view->parentWidget());
         const QString name = view == m_accountView ? QString::fromUtf8(t::kAccounts)
-                             : tab >= 0           ? m_tabs->tabText(tab)
-                             : m_tabs->tabText(m_tabs->currentIndex());
+                             : tab >= 0            ? m_tabs->tabText(tab)
+                                                   : m_tabs->tabText(m_tabs->currentIndex());
         const QString path = QFileDialog::getSaveFileName(
             view, t::kExportTitle, name + QStringLiteral(".csv"), t::kExportFilter);
         if (!path.isEmpty()) exportCsv(view, path);

@@ -9,11 +9,15 @@ namespace {
 
 QMessageBox::Icon boxIcon(PromptIcon icon) {
     switch (icon) {
-        case PromptIcon::Information: return QMessageBox::Information;
-        case PromptIcon::Question: return QMessageBox::Question;
+        case PromptIcon::Information:
+            return QMessageBox::Information;
+        case PromptIcon::Question:
+            return QMessageBox::Question;
         case PromptIcon::Warning:
-        case PromptIcon::Exclamation: return QMessageBox::Warning;
-        case PromptIcon::Error: return QMessageBox::Critical;
+        case PromptIcon::Exclamation:
+            return QMessageBox::Warning;
+        case PromptIcon::Error:
+            return QMessageBox::Critical;
     }
     return QMessageBox::NoIcon;
 }

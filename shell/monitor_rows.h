@@ -32,9 +32,18 @@ std::vector<RecordRow> accountRows(const std::vector<AccountLine>& accounts);
 // with the host's whole status message.
 QStringList orderHeaders();
 enum OrderColumn {
-    kOrderColTime, kOrderColId, kOrderColAccount, kOrderColSymbol, kOrderColDirection,
-    kOrderColOpenClose, kOrderColPrice, kOrderColVolume, kOrderColFilled, kOrderColStatus,
-    kOrderColStatusMsg, kOrderColRemark
+    kOrderColTime,
+    kOrderColId,
+    kOrderColAccount,
+    kOrderColSymbol,
+    kOrderColDirection,
+    kOrderColOpenClose,
+    kOrderColPrice,
+    kOrderColVolume,
+    kOrderColFilled,
+    kOrderColStatus,
+    kOrderColStatusMsg,
+    kOrderColRemark
 };
 RecordRow orderRow(const tagBrokerOrder& order, const DecimalsOf& decimals);
 std::vector<RecordRow> orderRows(const std::vector<tagBrokerOrder>& orders,
@@ -57,8 +66,7 @@ QStringList triggerHeaders();
 RecordRow triggerRow(const tagTriggerOrder& trigger, const TriggerStatusText& statusText,
                      const DecimalsOf& decimals);
 std::vector<RecordRow> triggerRows(const std::vector<tagTriggerOrder>& triggers,
-                                   const TriggerStatusText& statusText,
-                                   const DecimalsOf& decimals);
+                                   const TriggerStatusText& statusText, const DecimalsOf& decimals);
 
 // Keys as the builders put them together, and their parts.
 QString orderKey(const std::string& account, const std::string& broker, const std::string& id);

@@ -36,8 +36,8 @@ std::string pendingKey(const std::string& a, const std::string& b, const std::st
 
 }  // namespace
 
-MonitorSet::MonitorSet(SimExchange& exchange, IPrompter& prompter, DecimalsOf decimals,
-                       Hooks hooks, QWidget* parent)
+MonitorSet::MonitorSet(SimExchange& exchange, IPrompter& prompter, DecimalsOf decimals, Hooks hooks,
+                       QWidget* parent)
     : QObject(parent),
       m_exchange(exchange),
       m_prompter(prompter),
@@ -60,8 +60,8 @@ MonitorSet::MonitorSet(SimExchange& exchange, IPrompter& prompter, DecimalsOf de
     m_accountView->horizontalHeader()->setStretchLastSection(false);
 
     const std::pair<QTableView*, const std::vector<int>*> widths[] = {
-        {m_accountView, &kAccountWidths}, {m_workingView, &kOrderWidths},
-        {m_allOrdersView, &kOrderWidths}, {m_fillView, &kFillWidths},
+        {m_accountView, &kAccountWidths},   {m_workingView, &kOrderWidths},
+        {m_allOrdersView, &kOrderWidths},   {m_fillView, &kFillWidths},
         {m_positionView, &kPositionWidths}, {m_triggerView, &kTriggerWidths}};
     for (const auto& [view, w] : widths) {
         for (std::size_t c = 0; c < w->size(); ++c) view->setColumnWidth(int(c), (*w)[c]);
@@ -121,8 +121,7 @@ void MonitorSet::wireView(QTableView* view) {
     auto* copy = new QShortcut(QKeySequence::Copy, view, nullptr, nullptr, Qt::WidgetShortcut);
     connect(copy, &QShortcut::activated, view, [this, view] { copySelected(view); });
     if (isOrderView(view)) {
-        auto* del = new QShortcut(QKeySequence::Delete, view, nullptr, nullptr,
-                                  Qt::WidgetShortcut);
+        auto* del = new QShortcut(QKeySequence::Delete, view, nullptr, nullptr, Qt::WidgetShortcut);
         connect(del, &QShortcut::activated, view, [this, view] { cancelSelected(view); });
         connect(view, &QTableView::doubleClicked, view, [this, view](const QModelIndex& i) {
             const RecordRow* r = proxyOf(view)->rowAt(i.row());
@@ -245,7 +244,9 @@ void MonitorSet::applyHeaderSorts() {
 
 void MonitorSet::onEvent(std::uint32_t code, std::uintptr_t data) {
     switch (eventKind(code)) {
-        case kEventQuote: onQuote(); break;  // funds and floating profit follow the marks
+        case kEventQuote:
+            onQuote();
+            break;  // funds and floating profit follow the marks
         case kEventOrderChanged:
             if (data) onOrderChanged(*reinterpret_cast<const tagBrokerOrder*>(data));
             break;
@@ -255,7 +256,8 @@ void MonitorSet::onEvent(std::uint32_t code, std::uintptr_t data) {
         case kSimEventTriggerChanged:
             if (data) onTriggerChanged(*reinterpret_cast<const tagTriggerOrder*>(data));
             break;
-        default: break;
+        default:
+            break;
     }
 }
 

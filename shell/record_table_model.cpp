@@ -88,12 +88,16 @@ QVariant RecordTableModel::data(const QModelIndex& index, int role) const {
     }
     const RecordCell& cell = r->cells[static_cast<std::size_t>(index.column())];
     switch (role) {
-        case Qt::DisplayRole: return cell.text;
-        case Qt::ForegroundRole: return cell.color.isValid() ? QVariant(cell.color) : QVariant();
+        case Qt::DisplayRole:
+            return cell.text;
+        case Qt::ForegroundRole:
+            return cell.color.isValid() ? QVariant(cell.color) : QVariant();
         case Qt::TextAlignmentRole:
             return int((cell.alignLeft ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
-        case Qt::ToolTipRole: return r->tip.isEmpty() ? QVariant() : QVariant(r->tip);
-        default: return {};
+        case Qt::ToolTipRole:
+            return r->tip.isEmpty() ? QVariant() : QVariant(r->tip);
+        default:
+            return {};
     }
 }
 

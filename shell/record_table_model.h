@@ -43,8 +43,8 @@ struct RecordRow {
     QString tip;              // the row's tooltip (an order's whole status message)
 
     friend bool operator==(const RecordRow& a, const RecordRow& b) {
-        return a.key == b.key && a.live == b.live && a.status == b.status &&
-               a.tip == b.tip && a.cells == b.cells;
+        return a.key == b.key && a.live == b.live && a.status == b.status && a.tip == b.tip &&
+               a.cells == b.cells;
     }
 };
 

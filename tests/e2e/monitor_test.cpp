@@ -26,10 +26,12 @@ const DecimalsOf kTwoDecimals = [](std::int32_t, const std::string&) { return 2;
 // What a model signalled: rows named by dataChanged, rows inserted, resets.
 struct ModelSignals {
     explicit ModelSignals(QAbstractItemModel& m) {
-        QObject::connect(&m, &QAbstractItemModel::dataChanged,
-                         [this](const QModelIndex& tl, const QModelIndex&) { changed.push_back(tl.row()); });
-        QObject::connect(&m, &QAbstractItemModel::rowsInserted,
-                         [this](const QModelIndex&, int first, int last) { inserted += last - first + 1; });
+        QObject::connect(
+            &m, &QAbstractItemModel::dataChanged,
+            [this](const QModelIndex& tl, const QModelIndex&) { changed.push_back(tl.row()); });
+        QObject::connect(
+            &m, &QAbstractItemModel::rowsInserted,
+            [this](const QModelIndex&, int first, int last) { inserted += last - first + 1; });
         QObject::connect(&m, &QAbstractItemModel::modelReset, [this] { ++resets; });
     }
     std::vector<int> changed;
@@ -87,11 +89,11 @@ TEST(MonitorSort, NumbersAndTimesByValueTextsByText) {
         RecordCell a, b;
         bool less;
     } cases[] = {
-        {cell("9", 9), cell("10", 10), true},          // not "10" < "9"
+        {cell("9", 9), cell("10", 10), true},  // not "10" < "9"
         {cell("10", 10), cell("9", 9), false},
         {cell("-5.00", -5), cell("3.00", 3), true},
         {cell("23:59:59", 1609775999), cell("09:00:00", 1609808400), true},  // next day
-        {cell("4400.00", 4400), cell("—"), true},     // an absent price after every number
+        {cell("4400.00", 4400), cell("—"), true},  // an absent price after every number
         {cell("—"), cell("4400.00", 4400), false},
         {cell("买入"), cell("卖出"), QString("买入") < QString("卖出")},
         {cell("a"), cell("a"), false},
@@ -100,6 +102,18 @@ TEST(MonitorSort, NumbersAndTimesByValueTextsByText) {
         EXPECT_EQ(recordCellLess(c.a, c.b), c.less)
             << c.a.text.toStdString() << " vs " << c.b.text.toStdString();
     }
+}
+
+TEST(MonitorSort, EqualCellsKeepArrivalOrderSoTheNewestComeFirstDescending) {
+    testApp();
+    RecordTableModel m({"time"});
+    for (const char* key : {"1", "2", "3"}) m.upsert(RecordRow{key, {cell("10:00:00", 36000)}});
+    MonitorProxy p(m, false);
+    p.sort(0, Qt::DescendingOrder);
+    m.upsert(RecordRow{"4", {cell("10:00:00", 36000)}});
+    QStringList keys;
+    for (int r = 0; r < p.rowCount(); ++r) keys << p.rowAt(r)->key;
+    EXPECT_EQ(keys, (QStringList{"4", "3", "2", "1"}));
 }
 
 TEST(RecordTable, OneRowPerRecordByKey) {
@@ -161,7 +175,9 @@ protected:
     void onDataChange(std::uint32_t code, std::uintptr_t data) override {
         m_monitors->onEvent(code, data);
     }
-    void onLogonStateChange(std::uint32_t, std::uintptr_t) override { m_monitors->onLogonChanged(); }
+    void onLogonStateChange(std::uint32_t, std::uintptr_t) override {
+        m_monitors->onLogonChanged();
+    }
     void onWindowMessage(std::uint32_t, std::uint32_t, std::uintptr_t, std::uintptr_t) override {}
 
     // A buy of rb2105 far below the market: it rests. Returns the order id.
@@ -184,7 +200,9 @@ protected:
         m_monitors->flush();
     }
     QTableView* view(const char* name) { return m_monitors->view(name); }
-    MonitorProxy* proxy(const char* name) { return static_cast<MonitorProxy*>(view(name)->model()); }
+    MonitorProxy* proxy(const char* name) {
+        return static_cast<MonitorProxy*>(view(name)->model());
+    }
     QString keyOf(const std::string& id) { return orderKey("880001", "9999", id); }
     void select(const char* name, const std::string& id) {
         view(name)->selectRow(proxy(name)->rowOfKey(keyOf(id)));
@@ -306,10 +324,10 @@ TEST_F(MonitorTest, CancellingAsksFirstAndActsOnTheOrderById) {
     m_prompter.answers = {false};
     EXPECT_EQ(m_monitors->cancelSelected(view("workingOrders")), 0);
     EXPECT_EQ(m_prompter.lastCaption(), "确认");
-    EXPECT_EQ(m_prompter.lastText(), "确定撤销委托 " + a + "（rb2105 买入 " +
-                                         proxy("workingOrders")->rowAt(1)->cells[kOrderColPrice]
-                                             .text.toStdString() +
-                                         " 1手）吗？");
+    EXPECT_EQ(m_prompter.lastText(),
+              "确定撤销委托 " + a + "（rb2105 买入 " +
+                  proxy("workingOrders")->rowAt(1)->cells[kOrderColPrice].text.toStdString() +
+                  " 1手）吗？");
     EXPECT_EQ(status(a), std::to_string(kOrderQueued));
 
     // New orders arrive while the question is open: the answer still cancels order a.
@@ -378,8 +396,8 @@ TEST_F(MonitorTest, ContextMenuCopyAndGbkCsvExport) {
 
     QTableView* v = view("allOrders");
     select("allOrders", a);
-    const QPoint at = v->visualRect(v->model()->index(proxy("allOrders")->rowOfKey(keyOf(a)), 0))
-                          .center();
+    const QPoint at =
+        v->visualRect(v->model()->index(proxy("allOrders")->rowOfKey(keyOf(a)), 0)).center();
     std::unique_ptr<QMenu> menu(m_monitors->contextMenu(v, at));
     QStringList texts;
     for (QAction* act : menu->actions()) {
