@@ -40,7 +40,17 @@ struct ModelSignals {
 };
 
 RecordCell cell(const char* text, double number = std::numeric_limits<double>::quiet_NaN()) {
-    return {text, {}, false, number};
+    RecordCell c;
+    c.text = text;
+    c.number = number;
+    return c;
+}
+
+RecordRow record(const char* key, std::vector<RecordCell> cells) {
+    RecordRow r;
+    r.key = key;
+    r.cells = std::move(cells);
+    return r;
 }
 
 TEST(MonitorRows, OrderRowsCarryKeyLivenessSortValuesAndTheWholeStatusMessage) {
@@ -107,10 +117,10 @@ TEST(MonitorSort, NumbersAndTimesByValueTextsByText) {
 TEST(MonitorSort, EqualCellsKeepArrivalOrderSoTheNewestComeFirstDescending) {
     testApp();
     RecordTableModel m({"time"});
-    for (const char* key : {"1", "2", "3"}) m.upsert(RecordRow{key, {cell("10:00:00", 36000)}});
+    for (const char* key : {"1", "2", "3"}) m.upsert(record(key, {cell("10:00:00", 36000)}));
     MonitorProxy p(m, false);
     p.sort(0, Qt::DescendingOrder);
-    m.upsert(RecordRow{"4", {cell("10:00:00", 36000)}});
+    m.upsert(record("4", {cell("10:00:00", 36000)}));
     QStringList keys;
     for (int r = 0; r < p.rowCount(); ++r) keys << p.rowAt(r)->key;
     EXPECT_EQ(keys, (QStringList{"4", "3", "2", "1"}));
@@ -120,7 +130,7 @@ TEST(RecordTable, OneRowPerRecordByKey) {
     testApp();
     RecordTableModel m({"a", "b"});
     auto row = [](const char* key, const char* text) {
-        return RecordRow{key, {RecordCell{key}, RecordCell{text}}};
+        return record(key, {cell(key), cell(text)});
     };
     m.setRows({row("1", "x"), row("2", "y")});
     ModelSignals sig(m);
