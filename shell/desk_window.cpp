@@ -363,14 +363,10 @@ void DeskWindow::pumpOnce() {
     updateStatus();
 }
 
-void DeskWindow::deliverOnce() {
-    m_exchange.deliverPending();
-    m_monitors->flush();
-}
-
 void DeskWindow::onDeliverTimer() {
     BusyMeter::Section section(m_busy);
-    deliverOnce();
+    m_exchange.deliverPending();
+    m_monitors->flushIfDue();
 }
 
 void DeskWindow::onQuoteTimer() {

@@ -5,8 +5,8 @@
 // into the add-in.
 //
 // The pump: a 20 ms timer delivers the exchange's queued events (to the add-in's exports
-// and to this window's own monitors, MonitorSet, which then apply them row by row), a
-// 500 ms timer runs one quote round.
+// and to this window's own monitors, MonitorSet, which apply them row by row, at most ten
+// times a second while orders stream), a 500 ms timer runs one quote round.
 //
 // Owns its widgets and the two sinks; the exchange and the add-in library are owned by
 // main() and outlive it. UI thread only.
@@ -53,10 +53,6 @@ public:
 
     // One quote round, one delivery and a full monitor refresh at once (start-up, tests).
     void pumpOnce();
-    // One delivery of the exchange's events, applied to the monitors as the timer does.
-    void deliverOnce();
-
-    MonitorSet& monitors() { return *m_monitors; }
 
     BusyMeter& busyMeter() { return m_busy; }
     QuoteBoardModel& quoteBoard() { return *m_quotes; }

@@ -292,18 +292,30 @@ void MonitorSet::flush(bool force) {
         refreshAll();
         return;
     }
-    for (const tagBrokerOrder& o : m_pendingOrders) m_orders->upsert(orderRow(o, m_decimals));
+    if (!m_pendingOrders.empty() || !m_pendingTriggers.empty() || !m_pendingFills.empty()) {
+        m_sinceChange.restart();
+    }
+    // One batch per monitor: the rows new in this batch arrive in one insertion.
+    std::vector<RecordRow> rows;
+    rows.reserve(m_pendingOrders.size());
+    for (const tagBrokerOrder& o : m_pendingOrders) rows.push_back(orderRow(o, m_decimals));
+    m_orders->upsertAll(std::move(rows));
+    rows.clear();
     for (const tagTriggerOrder& o : m_pendingTriggers) {
-        m_triggers->upsert(triggerRow(
+        rows.push_back(triggerRow(
             o, [](std::int32_t s) { return QString::fromUtf8(simTriggerStatusText(s)); },
             m_decimals));
     }
+    m_triggers->upsertAll(std::move(rows));
+    rows.clear();
     // Each fill moves one position: read just that one.
     std::set<std::tuple<std::string, std::string, std::int32_t, std::string>> moved;
     for (const tagBargainOrder& f : m_pendingFills) {
-        m_fills->upsert(fillRow(f, m_decimals));
+        rows.push_back(fillRow(f, m_decimals));
         moved.emplace(f.strAccountID, f.strBrokerID, f.nExchangeID, f.strCode);
     }
+    m_fills->upsertAll(std::move(rows));
+    rows.clear();
     for (const auto& [account, broker, exchangeID, code] : moved) {
         tagOpenedPosition p;
         if (!m_exchange.GetPosition(p, account, broker,
@@ -314,14 +326,19 @@ void MonitorSet::flush(bool force) {
         p.strBrokerID = broker;
         p.nExchangeID = exchangeID;
         p.strCode = code;
-        m_positions->upsert(positionRow(p, m_decimals));
+        rows.push_back(positionRow(p, m_decimals));
     }
+    m_positions->upsertAll(std::move(rows));
     m_pendingOrders.clear();
     m_pendingOrderAt.clear();
     m_pendingTriggers.clear();
     m_pendingTriggerAt.clear();
     m_pendingFills.clear();
     if (m_dirtyAccounts && m_sinceAccounts.elapsed() >= kAccountRefreshMs) refreshAccounts();
+}
+
+void MonitorSet::flushIfDue() {
+    if (!m_sinceChange.isValid() || m_sinceChange.elapsed() >= kFlushIntervalMs) flush();
 }
 
 void MonitorSet::refreshAll() {

@@ -4,8 +4,8 @@
 // Updates follow the exchange's events, one row per record: a new order appends one row to
 // the order list (shared by the working and all-orders views, which only filter and sort
 // it), a status change updates that row, a fill appends a fill row and re-reads that one
-// position. Events are queued as they arrive and applied by flush() after each delivery, so
-// an order's several changes in one delivery cost one row update. The exchange's full lists
+// position. Events are queued as they arrive and applied by flush() in batches, so an
+// order's several changes in one batch cost one row update. The exchange's full lists
 // are read only at start-up and on a forced refresh (logon, logoff).
 //
 // Every view sorts by any column (the header remembers it with the column layout), keeps
@@ -68,6 +68,11 @@ public:
     // follow at most every refreshMs; `force` reads every list from the exchange.
     void flush(bool force = false);
     static constexpr int kAccountRefreshMs = 200;
+    // After each delivery: flush, unless the monitors changed less than kFlushIntervalMs ago.
+    // A lone order shows at once; a busy book repaints ten times a second rather than on
+    // every delivery, as a repaint of a monitor costs far more than its row updates.
+    void flushIfDue();
+    static constexpr int kFlushIntervalMs = 100;
 
     // Sorts each view by the column its header remembers (call after restoring the header
     // states; a view without one sorts newest first).
@@ -137,6 +142,7 @@ private:
     bool m_dirtyAccounts = true;
     bool m_needFullRefresh = true;
     QElapsedTimer m_sinceAccounts;  // since the accounts were last read
+    QElapsedTimer m_sinceChange;    // since a flush last changed the order, fill... monitors
 };
 
 // Texts of a view as shown: the visible columns in their visual order.

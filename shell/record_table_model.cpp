@@ -45,12 +45,21 @@ void RecordTableModel::setRows(std::vector<RecordRow> rows) {
         endResetModel();
         return;
     }
-    // Known keys update in place; the new ones arrive in one insertion.
+    upsertAll(std::move(rows));
+}
+
+void RecordTableModel::upsertAll(std::vector<RecordRow> rows) {
+    // Known keys update in place; the new ones arrive in one insertion, which views and
+    // proxies take in one step however many rows it holds.
     std::vector<RecordRow> added;
+    QHash<QString, std::size_t> addedAt;
     for (RecordRow& r : rows) {
         if (m_rowOfKey.contains(r.key)) {
             upsert(std::move(r));
+        } else if (const auto it = addedAt.constFind(r.key); it != addedAt.constEnd()) {
+            added[*it] = std::move(r);  // the same record twice: the later one counts
         } else {
+            addedAt.insert(r.key, added.size());
             added.push_back(std::move(r));
         }
     }

@@ -55,6 +55,8 @@ public:
     // Adds the row at the end, or replaces the row with its key (signalled only when it
     // changed). Returns the row's index.
     int upsert(RecordRow row);
+    // Many rows at once: known keys update in place, new ones are appended in one insertion.
+    void upsertAll(std::vector<RecordRow> rows);
     // A full list (start-up, logon): rows with known keys update in place and new ones are
     // appended, so selections survive. Only when a key is gone does the model reset.
     void setRows(std::vector<RecordRow> rows);
