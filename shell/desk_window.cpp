@@ -20,13 +20,11 @@
 #include <QTableView>
 #include <QToolBar>
 #include <QVBoxLayout>
-#include <set>
 
 #include "host/clock.h"
 #include "host/price.h"
 #include "host/window.h"
 #include "shell/quote_board_model.h"
-#include "shell/record_table_model.h"
 #include "shell/shell_texts.h"
 
 namespace t = shell_text;

@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QTabWidget>
 #include <QTableView>
+#include <algorithm>
 #include <set>
 
 #include "host/gbk_codec.h"
