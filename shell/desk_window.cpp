@@ -21,14 +21,12 @@
 #include <QTableView>
 #include <QToolBar>
 #include <QVBoxLayout>
-#include <set>
 
 #include "host/clock.h"
 #include "host/price.h"
 #include "host/trading_session.h"
 #include "host/window.h"
 #include "shell/quote_board_model.h"
-#include "shell/record_table_model.h"
 #include "shell/shell_texts.h"
 
 namespace t = shell_text;
@@ -36,7 +34,6 @@ namespace t = shell_text;
 namespace {
 
 constexpr int kDeliverIntervalMs = 20;
-constexpr int kMonitorRefreshMs = 200;
 constexpr int kTicketDialog = 25001;
 constexpr int kBatchDialog = 25009;
 constexpr const char* kCallerName = "交易台";
@@ -73,8 +70,8 @@ private:
     AddinLibrary& m_lib;
 };
 
-// The desk's own side: quotes update the board at once; trade events only mark the
-// monitors they touch, which the pump refreshes in one go.
+// The desk's own side: quotes update the board at once; trade events are queued in the
+// monitors, which the pump applies after each delivery.
 class DeskWindow::DeskSink final : public ISimEventSink {
 public:
     explicit DeskSink(DeskWindow& desk) : m_desk(desk) {}
@@ -85,30 +82,18 @@ public:
                     m_desk.m_quotes->applyQuote(
                         *reinterpret_cast<const IModuleFutureTrader::ITickEx*>(data));
                 }
-                // Marks move with the market: funds and floating profit follow.
-                m_desk.m_dirtyAccounts = true;
                 break;
             case kEventOrderChanged:
-                m_desk.m_dirtyOrders = true;
-                m_desk.m_dirtyAccounts = true;
                 if (data) m_desk.noteOrderChange(*reinterpret_cast<const tagBrokerOrder*>(data));
-                break;
-            case kEventNewFill:
-                m_desk.m_dirtyFills = true;
-                m_desk.m_dirtyPositions = true;
-                m_desk.m_dirtyAccounts = true;
-                break;
-            case kSimEventTriggerChanged:
-                m_desk.m_dirtyTriggers = true;
                 break;
             default:
                 break;
         }
+        m_desk.m_monitors->onEvent(code, data);
     }
     void onLogonStateChange(std::uint32_t, std::uintptr_t) override {
         // Logging on or off changes what every query answers.
-        m_desk.m_dirtyAccounts = m_desk.m_dirtyOrders = m_desk.m_dirtyFills = true;
-        m_desk.m_dirtyPositions = m_desk.m_dirtyTriggers = true;
+        m_desk.m_monitors->onLogonChanged();
     }
     void onWindowMessage(std::uint32_t, std::uint32_t, std::uintptr_t, std::uintptr_t) override {}
 
@@ -134,7 +119,7 @@ DeskWindow::DeskWindow(SimExchange& exchange, AddinLibrary& addin, QString setti
     if (m_settings.status() != QSettings::NoError) {
         showNotice(QString(t::kLayoutNotRead).arg(QDir::toNativeSeparators(m_settings.fileName())));
     }
-    refreshMonitors(true);
+    m_monitors->flush(true);
     updateStatus();
 
     m_deliverTimer.setInterval(kDeliverIntervalMs);
@@ -174,47 +159,30 @@ QTableView* DeskWindow::makeTable(QAbstractItemModel* model, const QString& name
 
 void DeskWindow::buildUi() {
     m_quotes = new QuoteBoardModel(this);
-    m_accounts = new RecordTableModel(accountHeaders(), this);
-    m_working = new RecordTableModel(orderHeaders(), this);
-    m_allOrders = new RecordTableModel(orderHeaders(), this);
-    m_fills = new RecordTableModel(fillHeaders(), this);
-    m_positions = new RecordTableModel(positionHeaders(), this);
-    m_triggers = new RecordTableModel(triggerHeaders(), this);
+    MonitorSet::Hooks hooks;
+    hooks.openTool = [this](const QString& name) { openTool(name); };
+    hooks.toolAvailable = [this](const char* name) { return m_addin.isToolAvailable(name); };
+    hooks.openTicket = [this](const tagSymbol& symbol) {
+        selectSymbol(symbol);
+        openTool("OpenHelmsman");
+    };
+    hooks.accountsChanged = [this] { updateStatus(); };
+    m_monitors = new MonitorSet(
+        m_exchange, m_prompter,
+        [this](std::int32_t e, const std::string& c) { return decimalsOf(e, c); }, std::move(hooks),
+        this);
 
     m_quoteView = makeTable(m_quotes, "quoteBoard");
     m_quoteView->setSelectionMode(QAbstractItemView::SingleSelection);
     m_quoteView->setProperty("board", true);
     m_quoteView->verticalHeader()->setDefaultSectionSize(24);
     m_quoteView->horizontalHeader()->setStretchLastSection(false);
-    m_accountView = makeTable(m_accounts, "accounts");
-    m_workingView = makeTable(m_working, "workingOrders");
-    m_allOrdersView = makeTable(m_allOrders, "allOrders");
-    m_fillView = makeTable(m_fills, "fills");
-    m_positionView = makeTable(m_positions, "positions");
-    m_triggerView = makeTable(m_triggers, "triggerOrders");
-    // Tables that end on a number keep it beside its neighbours instead of far right.
-    m_positionView->horizontalHeader()->setStretchLastSection(false);
-    m_accountView->horizontalHeader()->setStretchLastSection(false);
-
     // Default widths that fit the Chinese titles and the widest values; the user's own
     // widths, once saved, replace them.
     const int quoteWidths[] = {76, 176, 84, 72, 72, 84, 60, 84, 60, 84, 84, 84, 84, 84, 76};
     for (int c = 0; c < QuoteBoardModel::kColumnCount; ++c) {
         m_quoteView->setColumnWidth(c, quoteWidths[c]);
     }
-    const int accountWidths[] = {56, 80, 46, 86, 86, 80, 72, 60, 72, 72, 56};
-    for (int c = 0; c < 11; ++c) m_accountView->setColumnWidth(c, accountWidths[c]);
-    const int orderWidths[] = {66, 52, 60, 64, 40, 48, 72, 40, 50, 72, 100, 70};
-    for (int c = 0; c < 12; ++c) {
-        m_workingView->setColumnWidth(c, orderWidths[c]);
-        m_allOrdersView->setColumnWidth(c, orderWidths[c]);
-    }
-    const int fillWidths[] = {70, 56, 56, 70, 70, 44, 52, 76, 44, 80};
-    for (int c = 0; c < 10; ++c) m_fillView->setColumnWidth(c, fillWidths[c]);
-    const int positionWidths[] = {80, 80, 60, 60, 90, 60, 60, 90};
-    for (int c = 0; c < 8; ++c) m_positionView->setColumnWidth(c, positionWidths[c]);
-    const int triggerWidths[] = {70, 56, 70, 70, 44, 52, 64, 76, 76, 44, 110, 72, 80};
-    for (int c = 0; c < 13; ++c) m_triggerView->setColumnWidth(c, triggerWidths[c]);
 
     connect(m_quoteView->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this] { onQuotePicked(); });
@@ -240,45 +208,9 @@ void DeskWindow::buildUi() {
         v->addWidget(view, 1);
         return box;
     };
-    auto button = [this](const char* text, auto slot) {
-        auto* b = new QPushButton(QString::fromUtf8(text), this);
-        b->setAutoDefault(false);
-        connect(b, &QPushButton::clicked, this, slot);
-        return b;
-    };
-
-    QWidget* accountPane = pane(m_accountView, t::kAccounts,
-                                {button(t::kLogon, [this] { logonSelected(true); }),
-                                 button(t::kLogoff, [this] { logonSelected(false); })});
-
-    m_tabs = new QTabWidget(this);
-    m_tabs->setObjectName("monitors");
-    m_tabs->setDocumentMode(true);
-    m_tabs->addTab(pane(m_workingView, {},
-                        {button(t::kCancel, [this] { cancelSelectedOrders(); }),
-                         button(t::kCancelAllWorking, [this] { cancelAllWorking(); })}),
-                   t::kWorking);
-    m_tabs->addTab(
-        pane(m_allOrdersView, {}, {button(t::kCancel, [this] { cancelSelectedOrders(); })}),
-        t::kAllOrders);
-    m_tabs->addTab(m_fillView, t::kFills);
-    // A tool the add-in does not offer is shown greyed with the reason, never dead.
-    auto toolButton = [this, &button](const char* exportName) {
-        const AddinTool* tool = findAddinTool(exportName);
-        const QString name = QString::fromLatin1(exportName);
-        QPushButton* b = button(tool->menuText, [this, name] { openTool(name); });
-        b->setObjectName(name);
-        const bool available = m_addin.isToolAvailable(exportName);
-        b->setEnabled(available);
-        if (!available) b->setToolTip(QString("%1%2").arg(tool->menuText, t::kNotAvailableTip));
-        return b;
-    };
-    m_tabs->addTab(
-        pane(m_positionView, {}, {toolButton("OpenFastExit"), toolButton("OpenStopTrigger")}),
-        t::kPositions);
-    m_tabs->addTab(
-        pane(m_triggerView, {}, {button(t::kDeleteTrigger, [this] { deleteSelectedTriggers(); })}),
-        t::kTriggers);
+    QWidget* accountPane = m_monitors->accountPane();
+    m_tabs = m_monitors->tabs();
+    for (QTableView* v : m_monitors->views()) m_tables.push_back(v);
 
     // Accounts and monitors side by side under the board: the board gets the height.
     auto* lower = new QSplitter(Qt::Horizontal, this);
@@ -406,6 +338,7 @@ void DeskWindow::restoreLayout() {
         if (s.isValid()) v->horizontalHeader()->restoreState(s.toByteArray());
     }
     m_settings.endGroup();
+    m_monitors->applyHeaderSorts();
     if (!m_settings.contains(QString(kLayoutGroup) + "/mainSplitter"))
         m_splitter->setSizes({420, 400});
 }
@@ -441,7 +374,6 @@ void DeskWindow::closeEvent(QCloseEvent* event) {
 void DeskWindow::startPump() {
     m_exchange.setEventSink(m_addinSink.get());
     m_exchange.setDeskSink(m_deskSink.get());
-    m_sinceStart.start();
     m_deliverTimer.start();
     m_quoteTimer.start();
 }
@@ -450,82 +382,20 @@ void DeskWindow::pumpOnce() {
     BusyMeter::Section section(m_busy);
     m_exchange.step();
     m_exchange.deliverPending();
-    refreshMonitors(true);
+    m_monitors->flush(true);
     updateStatus();
 }
 
 void DeskWindow::onDeliverTimer() {
     BusyMeter::Section section(m_busy);
     m_exchange.deliverPending();
-    refreshMonitors(false);
+    m_monitors->flushIfDue();
 }
 
 void DeskWindow::onQuoteTimer() {
     BusyMeter::Section section(m_busy);
     m_exchange.step();
     updateStatus();
-}
-
-void DeskWindow::refreshMonitors(bool force) {
-    const qint64 now = m_sinceStart.isValid() ? m_sinceStart.elapsed() : 0;
-    if (!force && now - m_lastRefreshMs < kMonitorRefreshMs) return;
-    m_lastRefreshMs = now;
-    if (force || m_dirtyAccounts) refreshAccounts();
-    if (force || m_dirtyOrders) refreshOrders();
-    if (force || m_dirtyFills) refreshFills();
-    if (force || m_dirtyPositions) refreshPositions();
-    if (force || m_dirtyTriggers) refreshTriggers();
-}
-
-void DeskWindow::refreshAccounts() {
-    m_dirtyAccounts = false;
-    std::vector<AccountLine> lines;
-    for (const SimAccount& a : m_exchange.demoAccounts()) {
-        AccountLine line;
-        line.info = a.info;
-        line.loggedOn = m_exchange.isLoggedOn(a.info.strAccountID);
-        if (line.loggedOn) {
-            m_exchange.GetAccountSummary(line.summary, a.info.strAccountID, a.info.strBrokerID);
-        }
-        lines.push_back(std::move(line));
-    }
-    m_accounts->setRows(accountRows(lines));
-}
-
-void DeskWindow::refreshOrders() {
-    m_dirtyOrders = false;
-    std::vector<tagBrokerOrder> orders;
-    m_exchange.GetAllOrders(orders);
-    const DecimalsOf dec = [this](std::int32_t e, const std::string& c) {
-        return decimalsOf(e, c);
-    };
-    m_working->setRows(orderRows(orders, true, dec));
-    m_allOrders->setRows(orderRows(orders, false, dec));
-}
-
-void DeskWindow::refreshFills() {
-    m_dirtyFills = false;
-    std::vector<tagBargainOrder> fills;
-    m_exchange.GetAllBargains(fills);
-    m_fills->setRows(
-        fillRows(fills, [this](std::int32_t e, const std::string& c) { return decimalsOf(e, c); }));
-}
-
-void DeskWindow::refreshPositions() {
-    m_dirtyPositions = false;
-    std::vector<tagOpenedPosition> positions;
-    m_exchange.GetAllPositions(positions);
-    m_positions->setRows(positionRows(
-        positions, [this](std::int32_t e, const std::string& c) { return decimalsOf(e, c); }));
-}
-
-void DeskWindow::refreshTriggers() {
-    m_dirtyTriggers = false;
-    std::vector<tagTriggerOrder> triggers;
-    m_exchange.GetAllTriggerOrders(triggers);
-    m_triggers->setRows(triggerRows(
-        triggers, [](std::int32_t s) { return QString::fromUtf8(simTriggerStatusText(s)); },
-        [this](std::int32_t e, const std::string& c) { return decimalsOf(e, c); }));
 }
 
 void DeskWindow::updateStatus() {
@@ -625,97 +495,14 @@ void DeskWindow::linkSymbolToTickets(const tagSymbol& symbol) {
     }
 }
 
-void DeskWindow::logonSelected(bool on) {
-    std::set<QString> ids;
-    for (const QModelIndex& i : m_accountView->selectionModel()->selectedRows()) {
-        if (const RecordRow* r = m_accounts->rowAt(i.row())) ids.insert(r->key);
-    }
-    if (ids.empty()) {
-        // No selection: act on the account under the cursor, else on all of them.
-        const QModelIndex cur = m_accountView->currentIndex();
-        if (const RecordRow* r = cur.isValid() ? m_accounts->rowAt(cur.row()) : nullptr) {
-            ids.insert(r->key);
-        } else {
-            logonAll(on);
-            return;
-        }
-    }
-    for (const QString& id : ids) {
-        if (on) {
-            m_exchange.logon(id.toStdString());
-        } else {
-            m_exchange.logoff(id.toStdString());
-        }
-    }
-    refreshMonitors(true);
-    updateStatus();
-}
-
 void DeskWindow::logonAll(bool on) {
     if (on) {
         m_exchange.logonAll();
     } else {
         m_exchange.logoffAll();
     }
-    refreshMonitors(true);
+    m_monitors->flush(true);
     updateStatus();
-}
-
-void DeskWindow::cancelSelectedOrders() {
-    QTableView* view = m_tabs->currentIndex() == 1 ? m_allOrdersView : m_workingView;
-    auto* model = static_cast<RecordTableModel*>(view->model());
-    for (const QModelIndex& i : view->selectionModel()->selectedRows()) {
-        const RecordRow* r = model->rowAt(i.row());
-        if (!r) continue;
-        const QStringList k = splitRowKey(r->key);
-        if (k.size() == 3) {
-            m_exchange.DeleteOrder(k[0].toStdString(), k[1].toStdString(), k[2].toStdString());
-        }
-    }
-}
-
-void DeskWindow::cancelAllWorking() {
-    std::vector<tagBrokerOrder> orders;
-    m_exchange.GetAllOrders(orders);
-    for (const tagBrokerOrder& o : orders) {
-        if (isWorkingStatus(o.nStatus) && o.nStatus != kOrderCancelling) {
-            m_exchange.DeleteOrder(o.strAccountID, o.strBrokerID, o.strOrderID);
-        }
-    }
-}
-
-void DeskWindow::deleteSelectedTriggers() {
-    for (const QModelIndex& i : m_triggerView->selectionModel()->selectedRows()) {
-        const RecordRow* r = m_triggers->rowAt(i.row());
-        if (!r) continue;
-        const QStringList k = splitRowKey(r->key);
-        if (k.size() == 3) {
-            m_exchange.DeleteTriggerOrder(k[0].toStdString(), k[1].toStdString(),
-                                          k[2].toStdString());
-        }
-    }
-}
-
-bool DeskWindow::selectedPosition(tagOpenedPosition& out) const {
-    std::vector<tagOpenedPosition> positions;
-    m_exchange.GetAllPositions(positions);
-    QString wanted;
-    const QModelIndex cur = m_positionView->currentIndex();
-    if (const RecordRow* r = cur.isValid() ? m_positions->rowAt(cur.row()) : nullptr) {
-        wanted = r->key;
-    }
-    for (const tagOpenedPosition& p : positions) {
-        if (p.dLong < 0.5 && p.dShort < 0.5) continue;
-        const QString k = QStringList{q(p.strAccountID), q(p.strBrokerID),
-                                      QString::number(p.nExchangeID), q(p.strCode)}
-                              .join('|');
-        // Without a selection the first held position stands in.
-        if (wanted.isEmpty() || k == wanted) {
-            out = p;
-            return true;
-        }
-    }
-    return false;
 }
 
 bool DeskWindow::buildTouchOrder(const tagAccoutInfo& account, tagBrokerOrder& out,
@@ -780,7 +567,7 @@ bool DeskWindow::openTool(const QString& exportName, QString* reason) {
         }
         case AddinTool::Needs::Position: {
             tagOpenedPosition p;
-            if (!selectedPosition(p)) {
+            if (!m_monitors->selectedPosition(p)) {
                 if (!reason) inform(t::kPickPositionFirst);
                 return fail(t::kPickPositionFirst);
             }

@@ -5,8 +5,8 @@
 // into the add-in.
 //
 // The pump: a 20 ms timer delivers the exchange's queued events (to the add-in's exports
-// and to this window's own monitors), a 500 ms timer runs one quote round. Monitors are
-// refreshed from the exchange at most every 200 ms, and only when an event touched them.
+// and to this window's own monitors, MonitorSet, which apply them row by row, at most ten
+// times a second while orders stream), a 500 ms timer runs one quote round.
 //
 // Owns its widgets and the two sinks; the exchange and the add-in library are owned by
 // main() and outlive it. UI thread only.
@@ -24,7 +24,8 @@
 #include "algo/algo_setting.h"
 #include "shell/addin_library.h"
 #include "shell/busy_meter.h"
-#include "shell/monitor_rows.h"
+#include "shell/monitor_prompter.h"
+#include "shell/monitor_set.h"
 #include "sim/sim_exchange.h"
 
 class QAction;
@@ -34,7 +35,6 @@ class QSplitter;
 class QTabWidget;
 class QTableView;
 class QuoteBoardModel;
-class RecordTableModel;
 
 // The status line's words for an order the exchange refused, cancelled or let expire, with
 // time ("HH:mm:ss" of its last update, else of `fallbackTime`), account, code and the
@@ -94,25 +94,14 @@ private:
 
     void onDeliverTimer();
     void onQuoteTimer();
-    void refreshMonitors(bool force);
-    void refreshAccounts();
-    void refreshOrders();
-    void refreshFills();
-    void refreshPositions();
-    void refreshTriggers();
     void updateStatus();
 
     void onQuotePicked();
     void linkSymbolToTickets(const tagSymbol& symbol);
-    void logonSelected(bool on);
     void logonAll(bool on);
-    void cancelSelectedOrders();
-    void cancelAllWorking();
-    void deleteSelectedTriggers();
 
     int decimalsOf(std::int32_t exchangeID, const std::string& code) const;
     std::vector<tagAccoutInfo> loggedOnAccounts() const;
-    bool selectedPosition(tagOpenedPosition& out) const;
     bool buildTouchOrder(const tagAccoutInfo& account, tagBrokerOrder& out,
                          QString* reason) const;
     void inform(const QString& text);
@@ -125,21 +114,11 @@ private:
     std::unique_ptr<AddinSink> m_addinSink;
     std::unique_ptr<DeskSink> m_deskSink;
 
+    DeskPrompter m_prompter{this};
     QuoteBoardModel* m_quotes = nullptr;
-    RecordTableModel* m_accounts = nullptr;
-    RecordTableModel* m_working = nullptr;
-    RecordTableModel* m_allOrders = nullptr;
-    RecordTableModel* m_fills = nullptr;
-    RecordTableModel* m_positions = nullptr;
-    RecordTableModel* m_triggers = nullptr;
+    MonitorSet* m_monitors = nullptr;
 
     QTableView* m_quoteView = nullptr;
-    QTableView* m_accountView = nullptr;
-    QTableView* m_workingView = nullptr;
-    QTableView* m_allOrdersView = nullptr;
-    QTableView* m_fillView = nullptr;
-    QTableView* m_positionView = nullptr;
-    QTableView* m_triggerView = nullptr;
     QTabWidget* m_tabs = nullptr;
     QSplitter* m_splitter = nullptr;
     std::vector<QTableView*> m_tables;
@@ -155,14 +134,6 @@ private:
     QTimer m_quoteTimer;
     BusyMeter m_busy;
 
-    // Which monitors an event touched since their last refresh.
-    bool m_dirtyOrders = true;
-    bool m_dirtyFills = true;
-    bool m_dirtyPositions = true;
-    bool m_dirtyAccounts = true;
-    bool m_dirtyTriggers = true;
-    qint64 m_lastRefreshMs = 0;
-    QElapsedTimer m_sinceStart;
 
     std::map<std::string, int> m_decimals;  // "exchange|code" -> price decimals
     tagAlgoSetting m_algoBlock;              // what the algo settings tool edits

@@ -26,26 +26,49 @@ bool isWorkingStatus(std::int32_t status);
 QStringList accountHeaders();
 std::vector<RecordRow> accountRows(const std::vector<AccountLine>& accounts);
 
-// Key: account|order id. workingOnly keeps the orders isWorkingStatus accepts. Newest first.
+// Rows come in the order of the records given (arrival order); the views sort them.
+
+// Orders: live while working. Key: account|broker|order id. The tooltip carries the status
+// with the host's whole status message.
 QStringList orderHeaders();
-std::vector<RecordRow> orderRows(const std::vector<tagBrokerOrder>& orders, bool workingOnly,
+enum OrderColumn {
+    kOrderColTime,
+    kOrderColId,
+    kOrderColAccount,
+    kOrderColSymbol,
+    kOrderColDirection,
+    kOrderColOpenClose,
+    kOrderColPrice,
+    kOrderColVolume,
+    kOrderColFilled,
+    kOrderColStatus,
+    kOrderColStatusMsg,
+    kOrderColRemark
+};
+RecordRow orderRow(const tagBrokerOrder& order, const DecimalsOf& decimals);
+std::vector<RecordRow> orderRows(const std::vector<tagBrokerOrder>& orders,
                                  const DecimalsOf& decimals);
 
-// Newest first.
 QStringList fillHeaders();
+RecordRow fillRow(const tagBargainOrder& fill, const DecimalsOf& decimals);
 std::vector<RecordRow> fillRows(const std::vector<tagBargainOrder>& fills,
                                 const DecimalsOf& decimals);
 
-// Positions with nothing held are left out. Key: account|exchange|code.
+// Positions: live while something is held. Key: account|broker|exchange|code.
 QStringList positionHeaders();
+RecordRow positionRow(const tagOpenedPosition& position, const DecimalsOf& decimals);
 std::vector<RecordRow> positionRows(const std::vector<tagOpenedPosition>& positions,
                                     const DecimalsOf& decimals);
 
-// Key: account|trigger id. statusText names the host's trigger status codes.
+// Key: account|broker|trigger id. statusText names the host's trigger status codes.
+using TriggerStatusText = std::function<QString(std::int32_t)>;
 QStringList triggerHeaders();
+RecordRow triggerRow(const tagTriggerOrder& trigger, const TriggerStatusText& statusText,
+                     const DecimalsOf& decimals);
 std::vector<RecordRow> triggerRows(const std::vector<tagTriggerOrder>& triggers,
-                                   const std::function<QString(std::int32_t)>& statusText,
-                                   const DecimalsOf& decimals);
+                                   const TriggerStatusText& statusText, const DecimalsOf& decimals);
 
-// The key's parts, as put together by the builders.
+// Keys as the builders put them together, and their parts.
+QString orderKey(const std::string& account, const std::string& broker, const std::string& id);
+QString positionKey(const tagOpenedPosition& position);
 QStringList splitRowKey(const QString& key);

@@ -78,6 +78,23 @@ inline constexpr const char* kCancel = "撤单";
 inline constexpr const char* kCancelAllWorking = "全撤";
 inline constexpr const char* kDeleteTrigger = "删除条件单";
 
+// Monitor actions: questions, context menu and export.
+inline constexpr const char* kConfirm = "确认";
+inline constexpr const char* kYes = "是";
+inline constexpr const char* kNo = "否";
+inline constexpr const char* kAskCancelOne = "确定撤销委托 %1（%2 %3 %4 %5手）吗？";
+inline constexpr const char* kAskCancelMany = "确定撤销选中的 %1 笔委托吗？";
+inline constexpr const char* kAskCancelAll = "确定撤销全部 %1 笔挂单吗？";
+inline constexpr const char* kNothingToCancel = "没有可撤的挂单。";
+inline constexpr const char* kPickWorkingOrder = "请先选择要撤销的挂单。";
+inline constexpr const char* kMenuCancel = "撤单";
+inline constexpr const char* kMenuCopy = "复制";
+inline constexpr const char* kMenuOpenTicket = "下单：%1";
+inline constexpr const char* kMenuExport = "导出CSV...";
+inline constexpr const char* kExportTitle = "导出列表";
+inline constexpr const char* kExportFilter = "CSV文件 (*.csv)";
+inline constexpr const char* kExportFailed = "无法写入文件：\n%1";
+
 // Menus.
 inline constexpr const char* kMenuFile = "系统(&S)";
 inline constexpr const char* kMenuTrade = "交易(&T)";

@@ -1,4 +1,4 @@
-// The desktop shell: command line, add-in loader, monitor rows and models, and the desk wired
+// The desktop shell: command line, add-in loader, quote board, and the desk wired
 // to the simulated exchange with a stand-in add-in loaded at run time.
 #include <gtest/gtest.h>
 
@@ -6,15 +6,14 @@
 #include <QDir>
 #include <QProcess>
 #include <QPushButton>
+#include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QTemporaryDir>
 
 #include "host/clock.h"
 #include "shell/addin_library.h"
 #include "shell/desk_window.h"
-#include "shell/monitor_rows.h"
 #include "shell/quote_board_model.h"
-#include "shell/record_table_model.h"
 #include "shell/shell_options.h"
 #include "sim/sim_exchange.h"
 #include "support/qt_app.h"
@@ -32,10 +31,6 @@ struct ModelSignals {
     std::vector<int> rows;
     int resets = 0;
 };
-
-QString cellOf(const RecordRow& row, const QStringList& headers, const char* header) {
-    return row.cells.at(headers.indexOf(header)).text;
-}
 
 TEST(ShellOptions, AcceptsEveryOptionAndDefaults) {
     ShellOptions o;
@@ -143,53 +138,13 @@ TEST(DeskNotice, SaysWhenTheExchangeTurnedAnOrderDown) {
     }
 }
 
-tagBrokerOrder order(const char* id, std::int32_t status, double price = 4400) {
-    tagBrokerOrder o;
-    o.strAccountID = "880001";
-    o.strBrokerID = "9999";
-    o.strCode = "rb2105";
-    o.strOrderID = id;
-    o.nStatus = status;
-    o.nDirection = kDirBuy;
-    o.dVolume = 2;
-    o.dPrice = price;
-    return o;
-}
-
 const DecimalsOf kTwoDecimals = [](std::int32_t, const std::string&) { return 2; };
 
-TEST(MonitorRows, OrdersNewestFirstAndOnlyThoseAtTheExchangeWork) {
-    for (auto s : {kOrderSending, kOrderQueued, kOrderPartFilled, kOrderCancelling})
-        EXPECT_TRUE(isWorkingStatus(s)) << s;
-    for (auto s : {kOrderFilled, kOrderCancelled, kOrderRejected, kOrderPartCancelled,
-                   kOrderExpired, kOrderWaitTrigger})
-        EXPECT_FALSE(isWorkingStatus(s)) << s;
-    const std::vector<tagBrokerOrder> orders = {
-        order("1", kOrderFilled), order("2", kOrderQueued, 4401.5), order("3", kOrderRejected)};
-    const auto all = orderRows(orders, false, kTwoDecimals);
-    ASSERT_EQ(all.size(), 3u);
-    EXPECT_EQ(all[0].key, "880001|9999|3");
-    EXPECT_EQ(all[2].key, "880001|9999|1");
-    EXPECT_EQ(splitRowKey(all[0].key), (QStringList{"880001", "9999", "3"}));
-    const auto working = orderRows(orders, true, kTwoDecimals);
-    ASSERT_EQ(working.size(), 1u);
-    EXPECT_EQ(working[0].key, "880001|9999|2");
-    EXPECT_EQ(cellOf(working[0], orderHeaders(), "价格"), "4401.50");
-    EXPECT_EQ(cellOf(working[0], orderHeaders(), "买卖"), "买入");
+QString cellOf(const RecordRow& row, const QStringList& headers, const char* header) {
+    return row.cells.at(headers.indexOf(header)).text;
 }
 
-TEST(MonitorRows, FlatPositionsAreLeftOutAndLoggedOffAccountsShowNoFunds) {
-    tagOpenedPosition held;
-    held.strAccountID = "880002";
-    held.strCode = "IF2101";
-    held.dShort = 1;
-    tagOpenedPosition flat = held;
-    flat.strCode = "IC2101";
-    flat.dShort = 0;
-    const auto rows = positionRows({held, flat}, kTwoDecimals);
-    ASSERT_EQ(rows.size(), 1u);
-    EXPECT_TRUE(rows[0].key.endsWith("IF2101"));
-
+TEST(MonitorRows, AccountsShowFrozenFundsAndRiskAndNoFundsWhenLoggedOff) {
     AccountLine on;
     on.loggedOn = true;
     on.summary.dBalance = 1000000;
@@ -206,6 +161,8 @@ TEST(MonitorRows, FlatPositionsAreLeftOutAndLoggedOffAccountsShowNoFunds) {
     EXPECT_EQ(cellOf(accounts[1], accountHeaders(), "状态"), "未登录");
     EXPECT_EQ(cellOf(accounts[1], accountHeaders(), "权益"), "—");
 }
+
+// ---- The quote board ------------------------------------------------------------------------
 
 TEST(QuoteBoard, RedUpGreenDownAgainstTheSettlement) {
     const struct {
@@ -246,25 +203,6 @@ TEST(QuoteBoard, AQuoteUpdatesOnlyItsRow) {
     t.wExchangeID = 0;  // same code, other exchange: not on the board
     EXPECT_FALSE(m.applyQuote(t));
     EXPECT_EQ(sig.rows.size(), 1u);
-}
-
-TEST(RecordTable, SameKeysUpdateInPlaceOtherKeysReset) {
-    testApp();
-    RecordTableModel m({"a", "b"});
-    auto row = [](const char* key, const char* text) {
-        return RecordRow{key, {RecordCell{key, {}, false}, RecordCell{text, {}, false}}};
-    };
-    m.setRows({row("1", "x"), row("2", "y")});
-    ModelSignals sig(m);
-    m.setRows({row("1", "x"), row("2", "z")});
-    EXPECT_EQ(sig.resets, 0);
-    EXPECT_EQ(sig.rows, std::vector<int>{1});
-    EXPECT_EQ(m.data(m.index(1, 1), Qt::DisplayRole).toString(), "z");
-    m.setRows({row("1", "x"), row("2", "z")});  // nothing changed: nothing signalled
-    EXPECT_EQ(sig.rows.size(), 1u);
-    m.setRows({row("3", "w"), row("1", "x"), row("2", "z")});
-    EXPECT_EQ(sig.resets, 1);
-    EXPECT_EQ(m.rowOfKey("3"), 0);
 }
 
 // ---- The add-in loader ---------------------------------------------------------------------
@@ -369,6 +307,17 @@ TEST_F(DeskTest, LogoffEmptiesTheMonitorsAndTellsTheAddin) {
     EXPECT_EQ(cell("accounts", 0, "状态"), "未登录");
     EXPECT_EQ(cell("accounts", 1, "状态"), "未登录");
     EXPECT_EQ(model("positions")->rowCount(), 0);
+}
+
+TEST_F(DeskTest, AMonitorsSortIsRememberedWithItsColumns) {
+    m_desk->findChild<QTableView*>("fills")->sortByColumn(7, Qt::AscendingOrder);
+    m_desk->close();  // saves the layout
+    m_desk = std::make_unique<DeskWindow>(*m_exchange, m_lib, m_dir.filePath("desk.ini"), "test");
+    auto* proxy = static_cast<QSortFilterProxyModel*>(model("fills"));
+    EXPECT_EQ(proxy->sortColumn(), 7);
+    EXPECT_EQ(proxy->sortOrder(), Qt::AscendingOrder);
+    EXPECT_EQ(static_cast<QSortFilterProxyModel*>(model("allOrders"))->sortOrder(),
+              Qt::DescendingOrder);  // untouched: newest first
 }
 
 TEST_F(DeskTest, QuotesMoveTheBoard) {
