@@ -696,7 +696,13 @@ bool DeskWindow::openTool(const QString& exportName, QString* reason) {
             reinterpret_cast<AddinLibrary::NoArgFn>(fn)();
             return true;
         case AddinTool::Needs::Prefill: {
-            const tagSymbol s = currentSymbol();
+            // Only an instrument the user picked (a selected board row, a double-clicked one
+            // included) is handed over; the board's focus alone is not a choice, and the
+            // ticket then opens on its own saved symbol when the user keeps one.
+            const QModelIndexList picked = m_quoteView->selectionModel()->selectedRows();
+            const QuoteBoardModel::Row* row =
+                picked.isEmpty() ? nullptr : m_quotes->rowAt(picked.front().row());
+            const tagSymbol s = row ? row->symbol : tagSymbol{};
             auto open = reinterpret_cast<AddinLibrary::PrefillFn>(fn);
             if (s.empty()) {
                 open(nullptr);

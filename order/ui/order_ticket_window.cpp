@@ -4,7 +4,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
-#include <QDoubleValidator>
+#include <QIntValidator>
 #include <QFrame>
 #include <QGridLayout>
 #include <QGuiApplication>
@@ -233,10 +233,24 @@ void OrderTicketWindow::buildFrame() {
     m_position->setObjectName("position");
     m_openable = new QLabel(q(m_core->openableText()), this);
     m_openable->setObjectName("openable");
+    m_closable = new QLabel(q(m_core->closableText()), this);
+    m_closable->setObjectName("closable");
     auto* positionRow = new QHBoxLayout;
     positionRow->addWidget(m_position);
+    positionRow->addSpacing(10);
+    positionRow->addWidget(m_closable);
     positionRow->addStretch(1);
     positionRow->addWidget(m_openable);
+
+    // What became of the last order sent from here; a refusal in red with the host's reason.
+    m_status = new QLabel(this);
+    m_status->setObjectName("status");
+    m_status->setWordWrap(true);
+    m_status->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_status->setMinimumHeight(m_status->fontMetrics().height() * 2 + 6);
+    m_status->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_status->setFrameShape(QFrame::StyledPanel);
+    m_status->setContentsMargins(4, 2, 4, 2);
 
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName("tabs");
@@ -252,6 +266,7 @@ void OrderTicketWindow::buildFrame() {
     ticket->addWidget(quoteFrame);
     ticket->addLayout(positionRow);
     ticket->addWidget(m_tabs, 1);
+    ticket->addWidget(m_status);
 
     m_chart = new TickChart(this);
     m_chart->hide();
@@ -279,9 +294,9 @@ QWidget* OrderTicketWindow::buildImmediatePage() {
     m_volume = new QLineEdit(page);
     m_volume->setObjectName("volume");
     m_volume->setAlignment(Qt::AlignRight);
-    auto* volumeValidator = new QDoubleValidator(0, 1e7, 4, m_volume);
+    // Whole lots only: a fraction cannot be typed (the core refuses one from elsewhere).
+    auto* volumeValidator = new QIntValidator(0, 9'999'999, m_volume);
     volumeValidator->setLocale(QLocale::c());
-    volumeValidator->setNotation(QDoubleValidator::StandardNotation);
     m_volume->setValidator(volumeValidator);
     m_openClose = new QComboBox(page);
     m_openClose->setObjectName("openClose");
@@ -442,6 +457,12 @@ void OrderTicketWindow::onCoreChanged(unsigned what) {
     if (what & kTicketPosition) refreshPosition();
     if (what & (kTicketPage | kTicketSymbol)) refreshPage();
     if (what & kTicketChart) refreshChart();
+    if (what & kTicketStatus) refreshStatus();
+}
+
+void OrderTicketWindow::refreshStatus() {
+    m_status->setText(QString::fromStdString(m_core->statusText()));
+    m_status->setStyleSheet(m_core->statusIsError() ? "color: #c8282e; font-weight: bold;" : "");
 }
 
 void OrderTicketWindow::refreshAccounts() {
@@ -477,6 +498,7 @@ void OrderTicketWindow::refreshSymbol() {
     const int i = m_symbol->findText(code);
     m_symbol->setCurrentIndex(i);
     m_symbol->setEditText(code);
+    m_closable->setToolTip(QString::fromStdString(m_core->closableToolTip()));
     if (m_chart->code() != code && !code.isEmpty()) {
         m_chart->setCode(code, m_core->priceDecimals());
         m_chart->addTick(m_manage.clock().nowMs(), m_core->referencePrice());
@@ -506,6 +528,11 @@ void OrderTicketWindow::refreshQuote() {
 void OrderTicketWindow::refreshPosition() {
     m_position->setText(q(m_core->positionText()));
     m_openable->setText(q(m_core->openableText()));
+    const QString closable = q(m_core->closableText());
+    if (closable != m_closable->text() || m_closable->toolTip().isEmpty()) {
+        m_closable->setText(closable);
+        m_closable->setToolTip(QString::fromStdString(m_core->closableToolTip()));
+    }
 }
 
 void OrderTicketWindow::refreshPage() {
@@ -590,6 +617,8 @@ void OrderTicketWindow::pushPage() {
     CNormalOrder::Controls& c = m_core->normalOrder().controls();
     c.volumeText = m_volume->text().toStdString();
     c.price = m_price->value();
+    // An emptied box keeps its last value() behind the scenes; that value must not be sent.
+    c.priceEntered = m_price->hasAcceptableInput() && !m_price->cleanText().trimmed().isEmpty();
     c.useBidAsk = m_useBidAsk->isChecked();
     c.useOffset = m_useOffset->isChecked();
     c.offsetPoints = m_offset->value();
@@ -608,11 +637,7 @@ void OrderTicketWindow::pushPage() {
 void OrderTicketWindow::chooseSymbolText(const QString& text) {
     const QString code = text.trimmed();
     if (code.isEmpty()) return;
-    std::uint16_t exchange = static_cast<std::uint16_t>(std::max(0, m_core->exchangeId()));
-    // A code from another exchange's list keeps its own exchange.
-    for (const auto& s : m_core->exchangeSymbols())
-        if (QString::fromStdString(s.strCode) == code) exchange = s.wExchangeID;
-    if (!m_core->selectSymbol(tagSymbol{exchange, code.toStdString()})) refreshSymbol();
+    if (!m_core->selectCode(code.toStdString())) refreshSymbol();
 }
 
 void OrderTicketWindow::send(int direction) {
@@ -653,6 +678,12 @@ void OrderTicketWindow::editHotkeys() {
 }
 
 void OrderTicketWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) {
+        // A ticket holds a half-typed order; a stray Esc must not throw it away. It closes
+        // by its close box.
+        event->accept();
+        return;
+    }
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         // Enter in the symbol box chooses the typed code; anywhere else it moves on.
         if (m_symbol->isAncestorOf(focusWidget()) || focusWidget() == m_symbol)
