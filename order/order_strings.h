@@ -38,8 +38,8 @@ inline constexpr const char* kClosableTipYesterdayOnly =
 // ---- Status line: what became of the last order the ticket sent ---------------------------
 // Status, direction and open/close, code, volume, price.
 inline constexpr const char* kStatusFormat = "%s：%s%s %s %s张 价格:%s";
-// Appended when the host gives a reason.
-inline constexpr const char* kStatusReason = "，原因：%s";
+// Appended, on a line of its own, when the host gives a reason.
+inline constexpr const char* kStatusReason = "\n原因：%s";
 inline constexpr const char* kStatusSent = "已发送";
 inline constexpr const char* kStatusNotSent = "未发送";
 inline constexpr const char* kStatusNotTaken = "交易服务未接受委托";

@@ -246,8 +246,13 @@ void OrderTicketWindow::buildFrame() {
     m_status = new QLabel(this);
     m_status->setObjectName("status");
     m_status->setWordWrap(true);
+    // The ticket's width is set by its pages; a long reason wraps instead of widening it.
+    m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
     m_status->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_status->setMinimumHeight(m_status->fontMetrics().height() * 2 + 6);
+    // Room for two lines of the bold refusal text: a reason is rarely longer.
+    QFont bold = m_status->font();
+    bold.setBold(true);
+    m_status->setMinimumHeight(QFontMetrics(bold).lineSpacing() * 2 + 14);
     m_status->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_status->setFrameShape(QFrame::StyledPanel);
     m_status->setContentsMargins(4, 2, 4, 2);

@@ -297,7 +297,7 @@ TEST_F(NormalOrderTest, RefusalsAreExplainedOnTheStatusLine) {
     someoneElses.strStatusMsg = "别的委托";
     manage.dataChange(kEventOrderChanged, reinterpret_cast<std::uintptr_t>(&changed));
     manage.dataChange(kEventOrderChanged, reinterpret_cast<std::uintptr_t>(&someoneElses));
-    EXPECT_EQ(ticket->statusText(), "已废除：买入开仓 ag2412 2张 价格:3000，原因：资金不足");
+    EXPECT_EQ(ticket->statusText(), "已废除：买入开仓 ag2412 2张 价格:3000\n原因：资金不足");
     EXPECT_TRUE(ticket->statusIsError());
     EXPECT_TRUE(prompter.boxes.empty());  // no box per rejection
 
@@ -305,7 +305,7 @@ TEST_F(NormalOrderTest, RefusalsAreExplainedOnTheStatusLine) {
     host.sendOrderResult = 0;
     host.sentReason = "未登录交易帐户";
     EXPECT_EQ(page().send(kDirSell), Result::Failed);
-    EXPECT_EQ(ticket->statusText(), "未发送：卖出开仓 ag2412 2张 价格:3000，原因：未登录交易帐户");
+    EXPECT_EQ(ticket->statusText(), "未发送：卖出开仓 ag2412 2张 价格:3000\n原因：未登录交易帐户");
     EXPECT_TRUE(prompter.boxes.empty());
 }
 
