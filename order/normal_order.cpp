@@ -282,7 +282,11 @@ CNormalOrder::SendResult CNormalOrder::submit(std::int32_t direction, PriceSourc
     if (confirm) return SendResult::Cancelled;
     // An order meant for the algo centre that could not take it: the centre has said so.
     if (manage.routesToAlgo(order, algo)) return SendResult::Failed;
-    m_master.reportNotSent(order);
+    // Refused on the spot (the host marked it so), or not taken at all.
+    if (order.nStatus == kOrderRejected)
+        m_master.reportSubmitted(order);
+    else
+        m_master.reportNotSent(order);
     return SendResult::Failed;
 }
 
