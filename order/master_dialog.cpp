@@ -328,7 +328,8 @@ std::intptr_t CMasterDialog::onMessage(std::uint32_t msg, std::uintptr_t wParam,
                     onQuoteNotice();
                     break;
                 case kEventOrderChanged:
-                    if (lParam != 0) onOrderChanged(*reinterpret_cast<const tagBrokerOrder*>(lParam));
+                    if (lParam != 0)
+                        onOrderChanged(*reinterpret_cast<const tagBrokerOrder*>(lParam));
                     break;
                 default:
                     break;
