@@ -160,7 +160,9 @@ TEST_F(MasterDialogTest, LogonChangesReachTheAccountBox) {
         EXPECT_EQ(shown ? shown->strAccountID.c_str() : "", std::string(c.shown ? c.shown : ""))
             << c.name;
         EXPECT_EQ(ticket->accountLoggedOff(), c.loggedOff != nullptr) << c.name;
-        if (c.loggedOff) EXPECT_EQ(ticket->loggedOffAccount().strAccountID, c.loggedOff);
+        if (c.loggedOff) {
+            EXPECT_EQ(ticket->loggedOffAccount().strAccountID, c.loggedOff);
+        }
     }
     // The account that logged off is shown again when it is back.
     host.accounts = {a2, a1};
@@ -310,7 +312,9 @@ TEST_F(MasterDialogTest, ClosableLessWhatWorkingClosesHold) {
         EXPECT_EQ(got.longToday, c.expect.longToday) << c.name;
         EXPECT_EQ(got.shortYesterday, c.expect.shortYesterday) << c.name;
         EXPECT_EQ(got.shortToday, c.expect.shortToday) << c.name;
-        if (c.text) EXPECT_EQ(ticket->closableText(), c.text);
+        if (c.text) {
+            EXPECT_EQ(ticket->closableText(), c.text);
+        }
         EXPECT_EQ(ticket->closesYesterdayOnly(), c.ex == 0) << c.name;
     }
 }

@@ -133,23 +133,14 @@ TEST_F(OrderTicketWindowTest, ShowsTheCoreAndSendsFromTheButton) {
     EXPECT_EQ(ui.log, std::vector<std::string>{"confirmOrder 舵手"});
 }
 
-TEST_F(OrderTicketWindowTest, NothingLeavesThatTheTraderDidNotSee) {
+TEST_F(OrderTicketWindowTest, VolumePriceAndEscGuards) {
     HelmsmanSettings s = manage.settings();
     s.bShowNormalOrderConfirm = 0;
     manage.saveSettings(s);
-    const auto accounts = host.accounts;
-    host.accounts.clear();
     OrderTicketWindow w(manage);
     w.openTicket(nullptr);
     w.core().selectSymbol({1, "ag2412"});
     w.show();
-    auto* account = child<QComboBox>(&w, "account");
-    EXPECT_EQ(account->count(), 0);
-
-    // A logon reaches the box before anything can be sent on it.
-    host.accounts = accounts;
-    manage.logonStateChange(1, 0);
-    EXPECT_EQ(account->currentText(), QString::fromUtf8("8800123(张三)"));
 
     // Whole lots only in the volume box.
     auto* volume = child<QLineEdit>(&w, "volume");
