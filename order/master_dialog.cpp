@@ -335,11 +335,23 @@ std::intptr_t CMasterDialog::onMessage(std::uint32_t msg, std::uintptr_t wParam,
                     break;
             }
             return 1;
-        case kMsgLogonState:
+        case kMsgLogonState: {
+            const bool wasLost = m_accountLost;
             reloadAccounts();
             refreshPosition();
-            notify(kTicketAccounts | kTicketPosition);
+            unsigned changes = kTicketAccounts | kTicketPosition;
+            if (m_accountLost && !wasLost) {
+                // Say at once why the account box went empty, not only at the next send.
+                char text[256];
+                std::snprintf(text, sizeof text, order_text::kMsgAccountLoggedOff,
+                              accountText(m_lostAccount).c_str());
+                m_statusText = text;
+                m_statusError = true;
+                changes |= kTicketStatus;
+            }
+            notify(changes);
             return 1;
+        }
         case kMsgSymbolLink: {
             if (wParam != 1 || lParam == 0) return 0;
             const tagSymbol& linked = *reinterpret_cast<const tagSymbol*>(lParam);

@@ -14,7 +14,8 @@
 // - 2070 with event code 2: an order changed (lParam -> tagBrokerOrder). An order this ticket
 //   sent updates the status line: its status, and the host's status message when the order
 //   was refused, cancelled or expired, so a rejection is explained where it was sent from.
-// - 2069 (logon state): the account list is read again (see reloadAccounts). Returns 1.
+// - 2069 (logon state): the account list is read again (see reloadAccounts); a chosen
+//   account that logged off is named on the status line at once. Returns 1.
 // - 2065 (symbol link): wParam 1 and lParam -> tagSymbol switch the ticket and return 1; the
 //   same exchange and code, an empty code, a symbol refused as untradable, or wParam other
 //   than 1 return 0. A link reaches every open ticket; a refused one is announced once, by

@@ -160,6 +160,7 @@ TEST_F(MasterDialogTest, LogonChangesReachTheAccountBox) {
         EXPECT_EQ(shown ? shown->strAccountID.c_str() : "", std::string(c.shown ? c.shown : ""))
             << c.name;
         EXPECT_EQ(ticket->accountLoggedOff(), c.loggedOff != nullptr) << c.name;
+        EXPECT_EQ(ticket->statusIsError(), c.loggedOff != nullptr) << c.name;  // says so
         if (c.loggedOff) {
             EXPECT_EQ(ticket->loggedOffAccount().strAccountID, c.loggedOff);
         }
