@@ -147,11 +147,12 @@ TEST_F(MasterDialogTest, LogonChangesReachTheAccountBox) {
         {"another one logs off", {a1, a2}, 1, {a2}, "A2", nullptr},
         {"all log off", {a1, a2}, 0, {}, nullptr, "A1"},
     };
+    unsigned heard = 0;
     for (const auto& c : cases) {
         host.accounts = c.atOpen;
         openOn("ag2412");
         if (c.choose >= 0) ticket->selectAccount(c.choose);
-        unsigned heard = 0;
+        heard = 0;
         ticket->setListener([&](unsigned what) { heard |= what; });
         host.accounts = c.after;
         manage.logonStateChange(1, 0);  // through the manager: the ticket is registered
