@@ -120,7 +120,7 @@ void CHelmsmanManage::broadcast(std::uint32_t msg, std::uintptr_t wParam, std::u
 
 bool CHelmsmanManage::routesToAlgo(const tagBrokerOrder& order,
                                    const tagAlgoSetting* algo) const {
-    return algo != nullptr && order.dVolume >= algo->minVolume();
+    return algo != nullptr && m_settings.bUseAlgoTrading != 0 && order.dVolume >= algo->minVolume();
 }
 
 int CHelmsmanManage::sendOrder(tagBrokerOrder& order, const tagAlgoSetting* algo) {
@@ -161,6 +161,14 @@ int CHelmsmanManage::submitBatch(std::vector<tagBrokerOrder>& orders, bool confi
     }
     sendBatch(orders, algo);
     return 1;
+}
+
+// ---- Symbol links ------------------------------------------------------------------------
+
+bool CHelmsmanManage::claimLinkRefusal(const tagSymbol& symbol) {
+    if (!m_linkRefused.empty() && m_linkRefused == symbol) return false;
+    m_linkRefused = symbol;
+    return true;
 }
 
 // ---- Settings ----------------------------------------------------------------------------

@@ -94,8 +94,21 @@ public:
     // above its minimum goes to the algo centre, the rest to SendOrder.
     int sendOrder(tagBrokerOrder& order, const tagAlgoSetting* algo);
     void sendBatch(std::vector<tagBrokerOrder>& orders, const tagAlgoSetting* algo);
-    // Whether an order goes to algorithmic execution under this threshold block.
+    // Whether an order goes to algorithmic execution: algo trading switched on
+    // (bUseAlgoTrading), a threshold block given, and the volume at or above its minimum. A
+    // block alone never routes: it is a threshold, not a switch.
     bool routesToAlgo(const tagBrokerOrder& order, const tagAlgoSetting* algo) const;
+    // Switches algo trading in memory (the order ticket's algorithm box is this switch); the
+    // next settings save writes it.
+    void setAlgoTrading(bool on) { m_settings.bUseAlgoTrading = on ? 1 : 0; }
+
+    // ---- Symbol links ----------------------------------------------------------------
+    // A symbol link reaches every open ticket one after another. A link refused (an
+    // untradable instrument) is announced by the first ticket that refuses it; the others
+    // stay silent. True for the first refusal of `symbol` since a link was last accepted.
+    bool claimLinkRefusal(const tagSymbol& symbol);
+    // A ticket switched to a linked symbol: the next refusal is announced again.
+    void linkAccepted() { m_linkRefused = tagSymbol{}; }
 
     // ---- Settings --------------------------------------------------------------------
     const HelmsmanSettings& settings() const { return m_settings; }
@@ -132,6 +145,7 @@ private:
     WndHandle m_nextHandle = 0x10000;
 
     std::vector<tagBargainOrder> m_noticeFills;
+    tagSymbol m_linkRefused;  // the symbol whose refused link was last announced
 
     std::recursive_mutex m_mapMutex;
     std::map<std::string, std::shared_ptr<void>> m_entries;

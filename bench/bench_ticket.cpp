@@ -19,10 +19,11 @@ class MinimalFacade final : public CSubscibeManage {
 public:
     IModuleFutureTrader::ISpecDetailValue detail;
     IModuleFutureTrader::ITickEx snapshot;
+    const IModuleFutureTrader::ITickEx* current = &snapshot;  // what GetMarketQuote answers
     std::int64_t sent = 0;
 
     int GetMarketQuote(const tagSymbol&, IModuleFutureTrader::ITickEx& t) override {
-        t = snapshot;
+        t = *current;
         return 1;
     }
     int GetSymbolProperty(const tagSymbol&, IModuleFutureTrader::ISpecDetailValue& v) override {
@@ -142,8 +143,9 @@ void BM_QuoteToTicketDisplay(benchmark::State& state) {
     const WndHandle h = desk.ticket->handle();
     std::size_t n = 0;
     for (auto _ : state) {
-        desk.manage.sendMessage(h, kMsgDataChange, kEventQuote,
-                                reinterpret_cast<std::uintptr_t>(&ticks[n++ & 1]));
+        // The host's snapshot moves, then its notice arrives; the ticket reads the snapshot.
+        desk.facade.current = &ticks[n++ & 1];
+        desk.manage.sendMessage(h, kMsgDataChange, kEventQuote, 0);
         benchmark::DoNotOptimize(desk.ticket->quoteTexts().last[0]);
     }
     if (desk.notified < static_cast<std::int64_t>(state.iterations()))

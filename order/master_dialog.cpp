@@ -1,5 +1,6 @@
 #include "order/master_dialog.h"
 
+#include <algorithm>
 #include <charconv>
 #include <climits>
 #include <cmath>
@@ -14,6 +15,28 @@
 namespace {
 
 constexpr std::size_t kCodeBytes = 8;  // the module keeps at most 8 bytes of a code
+
+bool sameAccount(const tagAccoutInfo& a, const tagAccoutInfo& b) {
+    return a.strAccountID == b.strAccountID && a.strBrokerID == b.strBrokerID;
+}
+
+bool equalsIgnoreCase(const std::string& a, const std::string& b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; };
+        if (lower(a[i]) != lower(b[i])) return false;
+    }
+    return true;
+}
+
+// Whether two snapshots show the same thing (a registered ticket hears one quote twice: by
+// its subscription and by the manager's forwarding).
+bool sameQuote(const IModuleFutureTrader::ITickEx& a, const IModuleFutureTrader::ITickEx& b) {
+    return a.tQuoteTime == b.tQuoteTime && a.dLast == b.dLast && a.dBid == b.dBid &&
+           a.dBidVol == b.dBidVol && a.dAsk == b.dAsk && a.dAskVol == b.dAskVol &&
+           a.dVolume == b.dVolume && a.dUpperLimit == b.dUpperLimit &&
+           a.dLowerLimit == b.dLowerLimit && a.dPreSettle == b.dPreSettle;
+}
 
 tagSymbol normalised(const tagSymbol& s) {
     tagSymbol out = s;
@@ -57,9 +80,12 @@ CMasterDialog::CMasterDialog(CHelmsmanManage& manage)
     : m_manage(manage),
       m_hWnd(manage.createHandle(this, order_text::kTicketDialogId)),
       m_normal(*this) {
+    // Registered: logon changes (2069) and order changes (2070) reach the ticket.
+    m_manage.registerWindow(m_hWnd);
     formatQuote();
     formatPosition();
     formatOpenable();
+    formatClosable();
 }
 
 CMasterDialog::~CMasterDialog() {
@@ -81,9 +107,9 @@ void CMasterDialog::open(const tagHelmsmanPrefill* prefill) {
     m_useAlgoTrigger = s.bUseAlgoTradingTrigger != 0;
     m_chartShown = s.bShowChartWnd != 0;
 
-    if (prefill)
-        applyPrefill(*prefill);
-    else if (s.bLoadLastSymbol && !s.szSymbolCode.empty())
+    if (prefill) applyPrefill(*prefill);
+    // The saved symbol unless the opener named one (a refused named symbol is not replaced).
+    if ((!prefill || prefill->symbol.empty()) && s.bLoadLastSymbol && !s.szSymbolCode.empty())
         selectSymbol(tagSymbol{s.wExchangeID, s.szSymbolCode});
 
     if (m_exchangeId < 0 && !m_exchanges.empty()) selectExchange(m_exchanges.front().nExchangeID);
@@ -147,21 +173,32 @@ HelmsmanSettings CMasterDialog::settingsOnClose() const {
 
 void CMasterDialog::reloadAccounts() {
     tagAccoutInfo previous;
-    if (const tagAccoutInfo* a = account()) previous = *a;
+    bool hadChoice = false;
+    if (const tagAccoutInfo* a = account()) {
+        previous = *a;
+        hadChoice = true;
+    } else if (m_accountLost) {
+        previous = m_lostAccount;
+        hadChoice = true;
+    }
     m_accounts.clear();
     if (CSubscibeManage* facade = m_manage.facade()) facade->GetAvailableAccounts(m_accounts);
 
     int choice = -1;
-    const HelmsmanSettings& s = m_manage.settings();
-    for (std::size_t i = 0; i < m_accounts.size() && choice < 0; ++i)
-        if (!previous.strAccountID.empty() && m_accounts[i].strAccountID == previous.strAccountID &&
-            m_accounts[i].strBrokerID == previous.strBrokerID)
-            choice = static_cast<int>(i);
-    for (std::size_t i = 0; i < m_accounts.size() && choice < 0; ++i)
-        if (s.bUserDefaultAcct && m_accounts[i].strAccountID == s.strAccountID &&
-            (s.strBrokerID.empty() || m_accounts[i].strBrokerID == s.strBrokerID))
-            choice = static_cast<int>(i);
-    if (choice < 0 && !m_accounts.empty()) choice = 0;
+    for (std::size_t i = 0; i < m_accounts.size() && hadChoice && choice < 0; ++i)
+        if (sameAccount(m_accounts[i], previous)) choice = static_cast<int>(i);
+    if (hadChoice) {
+        // Orders go where the box says; an account gone is never swapped for another.
+        m_accountLost = choice < 0;
+        m_lostAccount = m_accountLost ? previous : tagAccoutInfo{};
+    } else {
+        const HelmsmanSettings& s = m_manage.settings();
+        for (std::size_t i = 0; i < m_accounts.size() && choice < 0; ++i)
+            if (s.bUserDefaultAcct && m_accounts[i].strAccountID == s.strAccountID &&
+                (s.strBrokerID.empty() || m_accounts[i].strBrokerID == s.strBrokerID))
+                choice = static_cast<int>(i);
+        if (choice < 0 && !m_accounts.empty()) choice = 0;
+    }
     m_accountIndex = choice;
     readFunds();
     formatPosition();
@@ -177,6 +214,8 @@ void CMasterDialog::selectAccount(int index) {
     if (index < 0 || index >= static_cast<int>(m_accounts.size()) || index == m_accountIndex)
         return;
     m_accountIndex = index;
+    m_accountLost = false;
+    m_lostAccount = tagAccoutInfo{};
     refreshPosition();
     notify(kTicketAccounts | kTicketPosition);
 }
@@ -196,7 +235,34 @@ void CMasterDialog::selectExchange(int exchangeId) {
     notify(kTicketExchanges);
 }
 
-bool CMasterDialog::selectSymbol(const tagSymbol& wanted) {
+bool CMasterDialog::selectSymbol(const tagSymbol& wanted) { return switchSymbol(wanted, false); }
+
+bool CMasterDialog::selectCode(const std::string& code) {
+    if (code.empty()) return false;
+    const auto find = [&](const std::vector<tagSymbol>& list, tagSymbol& out) {
+        for (const tagSymbol& s : list)
+            if (equalsIgnoreCase(s.strCode, code)) {
+                out = s;
+                return true;
+            }
+        return false;
+    };
+    tagSymbol found;
+    bool known = find(m_exchangeSymbols, found);
+    if (CSubscibeManage* facade = m_manage.facade(); !known && facade) {
+        std::vector<tagSymbol> list;
+        for (const tagExchangeInfo& ex : m_exchanges) {
+            if (ex.nExchangeID == m_exchangeId) continue;
+            list.clear();
+            facade->GetExchangeSymbols(ex.nExchangeID, list, 0);
+            if ((known = find(list, found))) break;
+        }
+    }
+    if (!known) found = tagSymbol{static_cast<std::uint16_t>(std::max(0, m_exchangeId)), code};
+    return selectSymbol(found);
+}
+
+bool CMasterDialog::switchSymbol(const tagSymbol& wanted, bool linked) {
     const tagSymbol s = normalised(wanted);
     if (s.empty()) return false;
     if (s == m_symbol) return true;
@@ -207,10 +273,13 @@ bool CMasterDialog::selectSymbol(const tagSymbol& wanted) {
     // A code the host has no contract for (a typo) cannot be traded either.
     const bool hasDetail = facade->GetSymbolProperty(s, detail) != 0;
     if (!hasDetail || !detail.bTradable) {
-        m_manage.prompter().inform(order_text::kCaptionPrompt,
-                                   order_text::kMsgSymbolNotTradableChoose);
+        // A link reaches every ticket; one box says it for all of them.
+        if (!linked || m_manage.claimLinkRefusal(s))
+            m_manage.prompter().inform(order_text::kCaptionPrompt,
+                                       order_text::kMsgSymbolNotTradableChoose);
         return false;
     }
+    if (linked) m_manage.linkAccepted();
 
     unsubscribe();
     m_symbol = s;
@@ -254,26 +323,59 @@ std::intptr_t CMasterDialog::onMessage(std::uint32_t msg, std::uintptr_t wParam,
                                        std::uintptr_t lParam) {
     switch (msg) {
         case kMsgDataChange:
-            if (eventKind(static_cast<std::uint32_t>(wParam)) == kEventQuote && lParam != 0)
-                onQuote(*reinterpret_cast<const IModuleFutureTrader::ITickEx*>(lParam));
+            switch (eventKind(static_cast<std::uint32_t>(wParam))) {
+                case kEventQuote:
+                    onQuoteNotice();
+                    break;
+                case kEventOrderChanged:
+                    if (lParam != 0)
+                        onOrderChanged(*reinterpret_cast<const tagBrokerOrder*>(lParam));
+                    break;
+                default:
+                    break;
+            }
             return 1;
+        case kMsgLogonState: {
+            const bool wasLost = m_accountLost;
+            reloadAccounts();
+            refreshPosition();
+            unsigned changes = kTicketAccounts | kTicketPosition;
+            if (m_accountLost && !wasLost) {
+                // Say at once why the account box went empty, not only at the next send.
+                char text[256];
+                std::snprintf(text, sizeof text, order_text::kMsgAccountLoggedOff,
+                              accountText(m_lostAccount).c_str());
+                m_statusText = text;
+                m_statusError = true;
+                changes |= kTicketStatus;
+            }
+            notify(changes);
+            return 1;
+        }
         case kMsgSymbolLink: {
             if (wParam != 1 || lParam == 0) return 0;
             const tagSymbol& linked = *reinterpret_cast<const tagSymbol*>(lParam);
             const tagSymbol s = normalised(linked);
             if (s.empty() || s == m_symbol) return 0;
-            return selectSymbol(s) ? 1 : 0;
+            return switchSymbol(s, true) ? 1 : 0;
         }
         default:
             return 0;
     }
 }
 
+void CMasterDialog::onQuoteNotice() {
+    CSubscibeManage* facade = m_manage.facade();
+    if (m_symbol.empty() || !facade) return;
+    if (facade->GetMarketQuote(m_symbol, m_snapshot) == 0) return;
+    if (m_quoteValid && sameQuote(m_snapshot, m_tick)) return;
+    onQuote(m_snapshot);
+}
+
 void CMasterDialog::onQuote(const IModuleFutureTrader::ITickEx& tick) {
-    if (m_symbol.empty() || tick.wExchangeID != m_symbol.wExchangeID ||
-        tick.strCode != m_symbol.strCode)
-        return;
     m_tick = tick;
+    m_tick.wExchangeID = m_symbol.wExchangeID;
+    m_tick.strCode = m_symbol.strCode;
     m_quoteValid = true;
     formatQuote();
     formatOpenable();
@@ -316,7 +418,8 @@ void CMasterDialog::readFunds() {
 }
 
 void CMasterDialog::refreshPosition() {
-    const std::string before = std::string(positionText()) + "|" + std::string(openableText());
+    const std::string before = std::string(positionText()) + "|" + std::string(openableText()) +
+                               "|" + std::string(closableText());
     m_hasPosition = false;
     const tagAccoutInfo* a = account();
     CSubscibeManage* facade = m_manage.facade();
@@ -326,9 +429,12 @@ void CMasterDialog::refreshPosition() {
             facade->GetPosition(m_position, a->strAccountID, a->strBrokerID, m_symbol) != 0;
     }
     readFunds();
+    readClosable();
     formatPosition();
     formatOpenable();
-    if (before != std::string(positionText()) + "|" + std::string(openableText()))
+    formatClosable();
+    if (before != std::string(positionText()) + "|" + std::string(openableText()) + "|" +
+                      std::string(closableText()))
         notify(kTicketPosition);
 }
 

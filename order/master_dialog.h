@@ -1,24 +1,40 @@
 // CMasterDialog: the order ticket's frame, without any widget. It holds the chosen account,
-// exchange and symbol, the contract, the last quote and the quote subscription, the position
-// and openable texts, the chart switch and the ticket's algorithm settings block, and it owns
-// the immediate page (CNormalOrder). The Qt window (order/ui/order_ticket_window) draws what
-// this object holds and forwards the user's commands; it decides nothing.
+// exchange and symbol, the contract, the last quote and the quote subscription, the position,
+// closable and openable texts, the status line, the chart switch and the ticket's algorithm
+// settings block, and it owns the immediate page (CNormalOrder). The Qt window
+// (order/ui/order_ticket_window) draws what this object holds and forwards the user's
+// commands; it decides nothing.
 //
-// Handle and messages: the constructor takes a window handle from the manager (dialog 25001),
-// so the host's messages reach onMessage():
-// - 2070 with event code 1000: a quote of the subscribed symbol (lParam -> ITickEx). Quotes of
-//   any other symbol are ignored. Returns 1 for every 2070.
+// Handle and messages: the constructor takes a window handle from the manager (dialog 25001)
+// and registers it, so the host's messages reach onMessage():
+// - 2070 with event code 1000: a quote notice. The ticket reads its own symbol's snapshot with
+//   GetMarketQuote; the notice's data is never read as a quote (a registered window also
+//   hears notices of other windows' symbols). A snapshot equal to the one shown changes
+//   nothing. Returns 1 for every 2070.
+// - 2070 with event code 2: an order changed (lParam -> tagBrokerOrder). An order this ticket
+//   sent updates the status line: its status, and the host's status message when the order
+//   was refused, cancelled or expired, so a rejection is explained where it was sent from.
+// - 2069 (logon state): the account list is read again (see reloadAccounts); a chosen
+//   account that logged off is named on the status line at once. Returns 1.
 // - 2065 (symbol link): wParam 1 and lParam -> tagSymbol switch the ticket and return 1; the
 //   same exchange and code, an empty code, a symbol refused as untradable, or wParam other
-//   than 1 return 0.
+//   than 1 return 0. A link reaches every open ticket; a refused one is announced once, by
+//   the first ticket (see CHelmsmanManage::claimLinkRefusal).
 // The handle is released when the object goes; after that nothing reaches it.
+//
+// Accounts: the account box always shows the account an order would go to. When the accounts
+// change the chosen one is kept if it is still logged on; one that logged off is not replaced
+// by another (the box shows no choice and a send is refused, naming it) until it logs on
+// again or the user picks one. A ticket that had no choice takes the default account.
 //
 // Subscription: at most one symbol is subscribed at a time. Choosing a new symbol unsubscribes
 // the old one first; the flag of a held subscription makes sure nothing is unsubscribed twice,
 // and a symbol with an empty code is never sent to the facade.
 //
 // Position text: "持仓:%.f(%.f/%.f)" with the total, long and short quantities of GetPosition;
-// "持仓:0" when the read fails or every quantity is 0.
+// "持仓:0" when the read fails or every quantity is 0. Beside it, what can be closed: each
+// side's yesterday's and today's quantity less what working closing orders already hold
+// (a 平仓 on exchange 0 holds yesterday's position only, elsewhere yesterday's first).
 //
 // Openable quantity "可开:%d": how many lots the account's free funds can margin at the
 // current price:
@@ -28,10 +44,11 @@
 // read successfully but not above 0 show "可开:0" (nothing can be opened, and that is known);
 // "可开:N/A" when there is no account, the funds cannot be read, or the multiplier, margin
 // rate or price is not above 0.000001. Funds are read when the account, the symbol or the
-// position is refreshed; each quote only re-divides, so a quote costs no facade call.
+// position is refreshed; each quote only re-divides, so a quote costs no facade call beyond
+// the snapshot read.
 //
-// Position and funds change by fills the ticket is not told about (it is not in the
-// manager's window list), so the window calls refreshPosition() on a timer and after a send.
+// Fills change position and funds, so the window calls refreshPosition() on a timer and
+// after a send, and an order change of this ticket's own orders refreshes them too.
 //
 // Closing (close()): unsubscribe if subscribed, then save the settings (a copy of the
 // in-memory record with the ticket's state written into it, see CNormalOrder::writeSettings
@@ -39,7 +56,7 @@
 // and releases the handle: nothing is written that the user did not close.
 //
 // Thread contract: UI thread only, like every window of the module. The quote path
-// (onMessage 2070) formats into fixed buffers and allocates nothing.
+// (onMessage 2070/1000) formats into fixed buffers and allocates nothing.
 #pragma once
 
 #include <array>
@@ -47,6 +64,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "algo/algo_setting.h"
@@ -68,6 +86,19 @@ enum TicketChange : unsigned {
     kTicketPosition = 1u << 4,   // position and openable texts
     kTicketPage = 1u << 5,       // immediate page values set by the core (prefill, hotkeys)
     kTicketChart = 1u << 6,      // chart shown or hidden
+    kTicketStatus = 1u << 7,     // the status line
+};
+
+// What can be closed on each side: yesterday's and today's position, less what working
+// closing orders hold. A sell closes the long side, a buy the short side.
+struct TicketClosable {
+    double longYesterday = 0, longToday = 0, shortYesterday = 0, shortToday = 0;
+    double yesterday(std::int32_t direction) const {
+        return direction == kDirSell ? longYesterday : shortYesterday;
+    }
+    double today(std::int32_t direction) const {
+        return direction == kDirSell ? longToday : shortToday;
+    }
 };
 
 // Quote texts in the contract's price precision, "-" for an absent value.
@@ -99,10 +130,15 @@ public:
     HelmsmanSettings settingsOnClose() const;
 
     // ---- Account -----------------------------------------------------------------------
+    // Reads the logged-on accounts again: keeps the chosen account while it is logged on,
+    // marks it logged off (no choice) when it is not, takes the default when there was none.
     void reloadAccounts();
     const std::vector<tagAccoutInfo>& accounts() const { return m_accounts; }
     int accountIndex() const { return m_accountIndex; }
     const tagAccoutInfo* account() const;
+    // The chosen account logged off and nothing was chosen since: it is not replaced.
+    bool accountLoggedOff() const { return m_accountLost; }
+    const tagAccoutInfo& loggedOffAccount() const { return m_lostAccount; }
     void selectAccount(int index);
     // "%s(%s)": identifier and name, as every account list of the module shows it.
     static std::string accountText(const tagAccoutInfo& a);
@@ -120,6 +156,10 @@ public:
     // subscription, reads contract, quote snapshot and position. True when the ticket now shows
     // `symbol` (also when it already did).
     bool selectSymbol(const tagSymbol& symbol);
+    // A code the user typed: looked up (case-insensitively) in the shown exchange's list, then
+    // in every other exchange's, so the exchange list follows the code; a code no list holds
+    // is tried on the shown exchange (and refused when the host has no contract for it).
+    bool selectCode(const std::string& code);
     const tagSymbol& symbol() const { return m_symbol; }
     const std::string& symbolText() const { return m_symbolText; }
     bool hasDetail() const { return m_hasDetail; }
@@ -137,6 +177,12 @@ public:
     double referencePrice() const;
     std::string_view positionText() const { return m_positionText.data(); }
     std::string_view openableText() const { return m_openableText.data(); }
+    const TicketClosable& closable() const { return m_closable; }
+    std::string_view closableText() const { return m_closableText.data(); }
+    // The closable quantities spelled out, with the exchange's closing rule.
+    std::string closableToolTip() const;
+    // Whether 平仓 closes only yesterday's position in the chosen symbol (exchange 0).
+    bool closesYesterdayOnly() const { return !m_symbol.empty() && m_symbol.wExchangeID == 0; }
     // -1 when not computable ("可开:N/A").
     int openable() const { return m_openable; }
     // Reads position and funds again; notifies only when a text changed.
@@ -153,6 +199,15 @@ public:
     tagAlgoSetting& algoSetting() { return m_algoSetting; }
     const tagAlgoSetting& algoSetting() const { return m_algoSetting; }
 
+    // ---- Status line: what became of the last order this ticket sent ------------------
+    const std::string& statusText() const { return m_statusText; }
+    bool statusIsError() const { return m_statusError; }
+    // After a submission: the line for `order` (refused when the host refused it), and the
+    // order is followed by its identifier from now on.
+    void reportSubmitted(const tagBrokerOrder& order);
+    // An order the host did not take (SendOrder failed).
+    void reportNotSent(const tagBrokerOrder& order);
+
     CNormalOrder& normalOrder() { return m_normal; }
     const CNormalOrder& normalOrder() const { return m_normal; }
 
@@ -166,6 +221,12 @@ public:
 
 private:
     void applyPrefill(const tagHelmsmanPrefill& block);
+    bool switchSymbol(const tagSymbol& symbol, bool linked);
+    void onQuoteNotice();
+    void onOrderChanged(const tagBrokerOrder& order);
+    void setStatus(const tagBrokerOrder& order, std::string_view status, bool error);
+    void readClosable();
+    void formatClosable();
     void subscribe(const tagSymbol& symbol);
     void unsubscribe();
     void onQuote(const IModuleFutureTrader::ITickEx& tick);
@@ -181,6 +242,8 @@ private:
 
     std::vector<tagAccoutInfo> m_accounts;
     int m_accountIndex = -1;
+    bool m_accountLost = false;
+    tagAccoutInfo m_lostAccount;
 
     std::vector<tagExchangeInfo> m_exchanges;
     int m_exchangeId = -1;
@@ -195,6 +258,7 @@ private:
     CQuoteSubscription m_subscription;
 
     IModuleFutureTrader::ITickEx m_tick;
+    IModuleFutureTrader::ITickEx m_snapshot;  // scratch for the quote read, reused
     bool m_quoteValid = false;
     TicketQuoteTexts m_quoteTexts;
 
@@ -205,6 +269,15 @@ private:
     int m_openable = -1;
     std::array<char, 64> m_positionText{};
     std::array<char, 32> m_openableText{};
+    TicketClosable m_closable;
+    std::array<char, 96> m_closableText{};
+    std::vector<tagBrokerOrder> m_workingScratch;
+
+    std::string m_statusText;
+    bool m_statusError = false;
+    // Account and identifier of the orders this ticket sent that have not ended yet (most
+    // recent last).
+    std::vector<std::pair<std::string, std::string>> m_followed;
 
     bool m_chartShown = false;
     bool m_useLocalTrigger = false;

@@ -88,13 +88,9 @@ CNormalOrder::SendResult CNormalOrder::submit(std::int32_t direction, PriceSourc
     const Controls& c = m_controls;
     const bool buy = direction == kDirBuy;
 
-    // 1. The account; the user may have logged on since the ticket opened.
-    if (!m_master.account()) m_master.reloadAccounts();
-    const tagAccoutInfo* account = m_master.account();
-    if (!account) {
-        inform(kCaptionPrompt, kMsgLogin);
-        return SendResult::Refused;
-    }
+    // 1. The account shown, still logged on.
+    const tagAccoutInfo* account = sendingAccount();
+    if (!account) return SendResult::Refused;
 
     // 2. The symbol, and whether the host still trades it (it may stop while the ticket is
     // open, e.g. at expiry): the contract is read afresh.
@@ -122,11 +118,16 @@ CNormalOrder::SendResult CNormalOrder::submit(std::int32_t direction, PriceSourc
     order.nDirection = buy ? kDirBuy : kDirSell;
     order.dVolume = parseVolume(c.volumeText);
 
-    // 4.
+    // 4. Whole lots, and no more than can be closed.
     if (!(order.dVolume > 0)) {
         inform(kCaptionPrompt, kMsgVolumeNotPositive);
         return SendResult::Refused;
     }
+    if (std::fabs(order.dVolume - std::round(order.dVolume)) > 1e-9) {
+        inform(kCaptionPrompt, kMsgVolumeNotWhole);
+        return SendResult::Refused;
+    }
+    if (!closable(order.nDirection, c.openClose, order.dVolume)) return SendResult::Refused;
 
     // 5. The point on the 1/10000 grid the rounding uses: the price unit is single precision
     // (0.2f is 0.2000000030), and that noise must not push an offset or a stop off the tick
@@ -155,6 +156,10 @@ CNormalOrder::SendResult CNormalOrder::submit(std::int32_t direction, PriceSourc
         }
     } else {
         px = c.price;
+        if (!c.priceEntered) {
+            inform(kCaptionPrompt, kMsgPriceEmpty);
+            return SendResult::Refused;
+        }
         if (!isPricePresent(px)) {
             inform(kCaptionPrompt, kMsgPriceNotPositive);
             return SendResult::Refused;
@@ -219,6 +224,7 @@ CNormalOrder::SendResult CNormalOrder::submit(std::int32_t direction, PriceSourc
 
     // 14. Submission, split by the single-order cap when it applies.
     const tagAlgoSetting* algo = c.algo ? &m_master.algoSetting() : nullptr;
+    manage.setAlgoTrading(c.algo);
     const HelmsmanSettings& s = manage.settings();
     const double cap = s.dMaxSingleLimitVol;
     if (s.bUseSingleLimit && isPricePresent(cap) && order.dVolume > cap) {
@@ -239,14 +245,92 @@ CNormalOrder::SendResult CNormalOrder::submit(std::int32_t direction, PriceSourc
             left -= batch.back().dVolume;
         }
         const int r = manage.submitBatch(batch, confirm, kCallerName, algo);
-        return confirm && r == 0 ? SendResult::Cancelled : SendResult::Sent;
+        if (confirm && r == 0) return SendResult::Cancelled;
+        // One line for the batch: the first part the host refused, else the last part.
+        std::size_t refused = batch.size();
+        for (std::size_t i = 0; i < batch.size() && refused == batch.size(); ++i)
+            if (batch[i].nStatus == kOrderRejected) refused = i;
+        for (std::size_t i = 0; i < batch.size(); ++i)
+            if (i != refused) m_master.reportSubmitted(batch[i]);
+        if (refused == batch.size()) return SendResult::Sent;
+        m_master.reportSubmitted(batch[refused]);
+        return SendResult::Failed;
     }
 
     const int r = manage.submitOrder(order, confirm, kCallerName, algo);
-    if (r != 0) return SendResult::Sent;
+    if (r != 0) {
+        // A confirmed order the host then refused comes back marked so.
+        m_master.reportSubmitted(order);
+        return order.nStatus == kOrderRejected ? SendResult::Failed : SendResult::Sent;
+    }
     if (confirm) return SendResult::Cancelled;
     // An order meant for the algo centre that could not take it: the centre has said so.
     if (manage.routesToAlgo(order, algo)) return SendResult::Failed;
-    inform(kCaptionPrompt, kMsgSendFailed);
+    // Refused on the spot (the host marked it so), or not taken at all.
+    if (order.nStatus == kOrderRejected)
+        m_master.reportSubmitted(order);
+    else
+        m_master.reportNotSent(order);
     return SendResult::Failed;
+}
+
+const tagAccoutInfo* CNormalOrder::sendingAccount() {
+    using namespace order_text;
+    std::vector<tagAccoutInfo> loggedOn;
+    if (CSubscibeManage* facade = m_master.manage().facade())
+        facade->GetAvailableAccounts(loggedOn);
+    const auto isLoggedOn = [&](const tagAccoutInfo& a) {
+        return std::any_of(loggedOn.begin(), loggedOn.end(), [&](const tagAccoutInfo& b) {
+            return a.strAccountID == b.strAccountID && a.strBrokerID == b.strBrokerID;
+        });
+    };
+    const tagAccoutInfo* shown = m_master.account();
+    if (shown && isLoggedOn(*shown)) return shown;
+    // The logon notice may not have arrived yet: bring the box up to date first, so what
+    // the message says is what the trader sees.
+    const bool hadOne = shown || m_master.accountLoggedOff();
+    const tagAccoutInfo gone = shown ? *shown : m_master.loggedOffAccount();
+    m_master.reloadAccounts();
+    m_master.notify(kTicketAccounts | kTicketPosition);
+    char text[256];
+    if (loggedOn.empty()) {
+        inform(kCaptionPrompt, kMsgLogin);
+    } else if (const tagAccoutInfo* now = m_master.account()) {
+        // Nothing was shown and an account has logged on since (or the one shown before
+        // is back): shown now, used only when the trader presses again.
+        std::snprintf(text, sizeof text, kMsgAccountNowShown,
+                      CMasterDialog::accountText(*now).c_str());
+        inform(kCaptionPrompt, text);
+    } else if (hadOne) {
+        std::snprintf(text, sizeof text, kMsgAccountLoggedOff,
+                      CMasterDialog::accountText(gone).c_str());
+        inform(kCaptionPrompt, text);
+    }
+    return nullptr;
+}
+
+bool CNormalOrder::closable(std::int32_t direction, std::int32_t openClose, double volume) {
+    using namespace order_text;
+    if (openClose == kOpen) return true;
+    m_master.refreshPosition();  // fills may have changed it since the last refresh
+    const TicketClosable& c = m_master.closable();
+    const double yd = c.yesterday(direction);
+    const double td = c.today(direction);
+    constexpr double eps = 1e-9;
+    char text[512];
+    if (openClose == kCloseToday) {
+        if (volume <= td + eps) return true;
+        std::snprintf(text, sizeof text, kMsgCloseTodayExceeds, volume, td);
+    } else if (m_master.closesYesterdayOnly()) {
+        if (volume <= yd + eps) return true;
+        if (td > eps)
+            std::snprintf(text, sizeof text, kMsgCloseYesterdayOnly, volume, yd, td);
+        else
+            std::snprintf(text, sizeof text, kMsgCloseExceeds, volume, yd, yd, td);
+    } else {
+        if (volume <= yd + td + eps) return true;
+        std::snprintf(text, sizeof text, kMsgCloseExceeds, volume, yd + td, yd, td);
+    }
+    inform(kCaptionPrompt, text);
+    return false;
 }

@@ -5,20 +5,28 @@
 //
 // Sending (buy or sell button) checks and builds in this order, and a refusal is announced
 // and sends nothing:
-//   1. an account ("请先登录交易帐户！");
+//   1. an account ("请先登录交易帐户！"), and the one the box shows: the logged-on accounts
+//      are read afresh, an account shown that has logged off is refused by name, and a box
+//      that showed none while an account has logged on meanwhile is first filled in and the
+//      trader asked to press again — an order never goes to an account the trader did not see;
 //   2. a symbol ("请先选择要进行交易的商品！"), which the host still trades
 //   ("当前商品不能进行交易！";
 //      the contract is read afresh, a symbol without a readable contract counts as untradable);
 //   3. the order from account, symbol and volume box (a leading decimal number; text that is
 //      not a number counts as 0);
-//   4. a volume above 0 ("输入错误，交易数量必须大于0！");
+//   4. a volume above 0 ("输入错误，交易数量必须大于0！") in whole lots; a closing order no
+//      larger than what can be closed (CMasterDialog's closable quantities, read afresh):
+//      平今 against today's position, 平仓 against yesterday's and today's, and on exchange 0,
+//      where 平仓 closes yesterday's position only, against yesterday's (pointing to 平今
+//      when today's position is there);
 //   5. point value = minimum move × price unit, taken on the 1/10000 rounding grid so the
 //      single-precision price unit adds no noise; offset = truncated points × point value;
 //   6. the price: from the best quote when the bid/ask box is checked (buy: the ask, plus the
 //      offset when the offset box is checked, else the bid; sell: the bid, minus the offset,
 //      else the ask; neither, or no quote yet: "买卖价无效，请手工输入价格！" captioned "提示 "),
-//      else the price box (not above 0.000001: "输入错误，委托价格必须大于0！", so an empty box
-//      is never clamped up to a limit price and sent);
+//      else the price box (empty or not a number: "请输入委托价格！", never its last value;
+//      not above 0.000001: "输入错误，委托价格必须大于0！", so it is never clamped up to a
+//      limit price and sent);
 //   7. the day's limit band clamps the price silently;
 //   8. the price is rounded to the tick, buys up and sells down;
 //   9. open/close and hedge flags from the two lists;
@@ -28,7 +36,10 @@
 //      take-profit on the winning side (the four "输入错误，..." messages);
 //  13. creation time from the manager's clock;
 //  14. submission through the manager with bShowNormalOrderConfirm, caller "舵手", and the
-//      ticket's algorithm block when the algorithm box is checked.
+//      ticket's algorithm block when the algorithm box is checked. The box is the module's
+//      algo trading switch (bUseAlgoTrading), set from it as the order leaves.
+// What became of the order is the ticket's status line (CMasterDialog::reportSubmitted), not
+// a box: a refusal by the host is shown there with the host's reason.
 // Every message box has the caption "提示" except the invalid-quote one.
 //
 // Single-order cap (bUseSingleLimit with dMaxSingleLimitVol above 0): a larger volume is split
@@ -62,6 +73,7 @@ public:
     struct Controls {
         std::string volumeText = "1";
         double price = 0;                // price spin
+        bool priceEntered = true;        // the price spin holds a number (not empty)
         bool useBidAsk = false;          // "叫买/卖价": price from the best quote
         bool useOffset = false;          // apply the offset to the quote price
         double offsetPoints = 0;         // offset spin (truncated to whole points when used)
@@ -82,7 +94,7 @@ public:
         Refused,    // the ticket refused the input; a message said why; nothing sent
         Cancelled,  // the user cancelled the confirmation
         Sent,       // handed to the host (or to the algo centre)
-        Failed,     // the host refused the order; a message said so
+        Failed,     // the host refused the order; the status line says why
     };
 
     // Where the price comes from.
@@ -125,6 +137,10 @@ public:
 
 private:
     SendResult submit(std::int32_t direction, PriceSource source, bool confirm);
+    // Step 1: the account the order goes to, or null after a message.
+    const tagAccoutInfo* sendingAccount();
+    // Step 4's closing check: true when `volume` can be closed, else a message and false.
+    bool closable(std::int32_t direction, std::int32_t openClose, double volume);
     void inform(const char* caption, const char* text) const;
 
     CMasterDialog& m_master;

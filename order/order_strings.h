@@ -27,6 +27,22 @@ inline constexpr const char* kPositionFormat = "持仓:%.f(%.f/%.f)";  // total,
 inline constexpr const char* kPositionNone = "持仓:0";
 inline constexpr const char* kOpenableFormat = "可开:%d";
 inline constexpr const char* kOpenableUnknown = "可开:N/A";
+// What can be closed, beside the position: long side yesterday/today, short side likewise.
+inline constexpr const char* kClosableFormat = "可平 多:昨%.f 今%.f  空:昨%.f 今%.f";
+inline constexpr const char* kClosableTip =
+    "可平仓数量（已扣除未成交的平仓委托）\n多头：昨仓%.f张，今仓%.f张（卖出平仓）\n"
+    "空头：昨仓%.f张，今仓%.f张（买入平仓）";
+inline constexpr const char* kClosableTipYesterdayOnly =
+    "\n该交易所“平仓”只平昨仓，平今日的仓位请选择“平今仓”";
+
+// ---- Status line: what became of the last order the ticket sent ---------------------------
+// Status, direction and open/close, code, volume, price.
+inline constexpr const char* kStatusFormat = "%s：%s%s %s %s张 价格:%s";
+// Appended, on a line of its own, when the host gives a reason.
+inline constexpr const char* kStatusReason = "\n原因：%s";
+inline constexpr const char* kStatusSent = "已发送";
+inline constexpr const char* kStatusNotSent = "未发送";
+inline constexpr const char* kStatusNotTaken = "交易服务未接受委托";
 
 // ---- Message boxes -------------------------------------------------------------------------
 inline constexpr const char* kCaptionPrompt = "提示";
@@ -54,8 +70,25 @@ inline constexpr const char* kMsgPriceNotPositive = "输入错误，委托价格
 // Splitting by the single-order cap would produce more orders than kMaxSplitOrders.
 inline constexpr const char* kMsgTooManySplitOrders =
     "委托数量%.f按单笔上限%.f手需拆分为%d笔，超过%d笔，请减少数量！";
-// The host did not take the order (SendOrder returned 0).
-inline constexpr const char* kMsgSendFailed = "委托发送失败，请查看委托状态！";
+// Lots are whole numbers: a fraction would be rounded by the confirmation and refused by the
+// exchange.
+inline constexpr const char* kMsgVolumeNotWhole = "输入错误，交易数量必须为整数！";
+// The price box is empty (or holds no number): its last value is never sent in its place.
+inline constexpr const char* kMsgPriceEmpty = "请输入委托价格！";
+// The account shown logged off: %s is the account ("%s(%s)").
+inline constexpr const char* kMsgAccountLoggedOff = "交易帐户%s已退出登录，请重新选择交易帐户！";
+// The ticket showed no account and one is logged on now: it is shown first, not used unseen.
+inline constexpr const char* kMsgAccountNowShown = "交易帐户已更新为%s，请确认后重新下单！";
+// Closing more than can be closed: volume, closable, yesterday's, today's.
+inline constexpr const char* kMsgCloseExceeds =
+    "输入错误，平仓数量%.f张超过可平数量%.f张（昨仓%.f张，今仓%.f张）！";
+// 平今 beyond today's position: volume, today's closable.
+inline constexpr const char* kMsgCloseTodayExceeds =
+    "输入错误，平今仓数量%.f张超过可平今仓数量%.f张！";
+// 平仓 on an exchange where it closes yesterday's position only, which is not enough while
+// today's is: volume, yesterday's closable, today's closable.
+inline constexpr const char* kMsgCloseYesterdayOnly =
+    "该交易所“平仓”只平昨仓：委托%.f张，可平昨仓%.f张。平今日的仓位请选择“平今仓”（可平今仓%.f张）！";
 
 // ---- Immediate page -------------------------------------------------------------------------
 inline constexpr const char* kLabelVolume = "数量";

@@ -41,6 +41,14 @@ constexpr const char* kCallerName = "交易台";
 // header state is never forced onto different columns.
 constexpr const char* kLayoutGroup = "desk.v2";
 
+// The instrument the user picked on the board: a selected row (a click, a key, a double
+// click). The row the board's focus merely rests on is not a choice.
+tagSymbol pickedSymbol(const QTableView* view, const QuoteBoardModel* board) {
+    const QModelIndexList rows = view->selectionModel()->selectedRows();
+    const QuoteBoardModel::Row* r = rows.isEmpty() ? nullptr : board->rowAt(rows.front().row());
+    return r ? r->symbol : tagSymbol{};
+}
+
 std::string decimalsKey(std::int32_t exchangeID, const std::string& code) {
     return std::to_string(exchangeID) + '|' + code;
 }
@@ -184,7 +192,10 @@ void DeskWindow::buildUi() {
         m_quoteView->setColumnWidth(c, quoteWidths[c]);
     }
 
+    // A pick is a selected row; some ways of selecting move the current row first.
     connect(m_quoteView->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this] { onQuotePicked(); });
+    connect(m_quoteView->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { onQuotePicked(); });
     connect(m_quoteView, &QTableView::doubleClicked, this, [this] { openTool("OpenHelmsman"); });
 
@@ -477,7 +488,7 @@ void DeskWindow::selectSymbol(const tagSymbol& symbol) {
 }
 
 void DeskWindow::onQuotePicked() {
-    const tagSymbol s = currentSymbol();
+    const tagSymbol s = pickedSymbol(m_quoteView, m_quotes);
     if (s.empty() || s == m_linkedSymbol) return;
     m_linkedSymbol = s;
     linkSymbolToTickets(s);
@@ -554,7 +565,9 @@ bool DeskWindow::openTool(const QString& exportName, QString* reason) {
             reinterpret_cast<AddinLibrary::NoArgFn>(fn)();
             return true;
         case AddinTool::Needs::Prefill: {
-            const tagSymbol s = currentSymbol();
+            // Only an instrument the user picked is handed over; without one the ticket opens
+            // on its own saved symbol when the user keeps one.
+            const tagSymbol s = pickedSymbol(m_quoteView, m_quotes);
             auto open = reinterpret_cast<AddinLibrary::PrefillFn>(fn);
             if (s.empty()) {
                 open(nullptr);

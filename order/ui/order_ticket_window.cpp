@@ -4,7 +4,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
-#include <QDoubleValidator>
 #include <QFrame>
 #include <QGridLayout>
 #include <QGuiApplication>
@@ -30,40 +29,15 @@
 #include "order/order_strings.h"
 #include "order/ui/hotkey_dialog.h"
 #include "order/ui/tick_chart.h"
+#include "order/ui/ticket_widgets.h"
 
 namespace tx = order_text;
+using ticket_ui::caption;
+using ticket_ui::q;
 
 namespace {
 
-QString q(const char* s) {
-    return QString::fromUtf8(s);
-}
-QString q(std::string_view s) {
-    return QString::fromUtf8(s.data(), static_cast<int>(s.size()));
-}
-
 constexpr int kPositionRefreshMs = 1000;
-constexpr double kMaxPrice = 1e9;
-
-QDoubleSpinBox* priceSpin(QWidget* parent, const char* name) {
-    auto* s = new QDoubleSpinBox(parent);
-    s->setObjectName(name);
-    s->setLocale(QLocale::c());
-    s->setRange(0, kMaxPrice);
-    s->setAlignment(Qt::AlignRight);
-    s->setKeyboardTracking(true);
-    s->setMinimumWidth(96);
-    return s;
-}
-
-QSpinBox* pointSpin(QWidget* parent, const char* name) {
-    auto* s = new QSpinBox(parent);
-    s->setObjectName(name);
-    s->setRange(0, 9999);
-    s->setAlignment(Qt::AlignRight);
-    s->setMaximumWidth(64);
-    return s;
-}
 
 // Chinese convention: above the previous settlement red, below it green; readable on the
 // light and on the dark palette alike. Colours go through style sheets, which win over any
@@ -95,7 +69,6 @@ void setTrend(QLabel* l, double price, double reference) {
     l->setStyleSheet(trend > 0 ? kRiseCss : trend < 0 ? kFallCss : "");
 }
 
-QLabel* caption(QWidget* parent, const char* text) { return new QLabel(q(text), parent); }
 
 }  // namespace
 
@@ -234,10 +207,29 @@ void OrderTicketWindow::buildFrame() {
     m_position->setObjectName("position");
     m_openable = new QLabel(q(m_core->openableText()), this);
     m_openable->setObjectName("openable");
+    m_closable = new QLabel(q(m_core->closableText()), this);
+    m_closable->setObjectName("closable");
     auto* positionRow = new QHBoxLayout;
     positionRow->addWidget(m_position);
+    positionRow->addSpacing(10);
+    positionRow->addWidget(m_closable);
     positionRow->addStretch(1);
     positionRow->addWidget(m_openable);
+
+    // What became of the last order sent from here; a refusal in red with the host's reason.
+    m_status = new QLabel(this);
+    m_status->setObjectName("status");
+    m_status->setWordWrap(true);
+    // The ticket's width is set by its pages; a long reason wraps instead of widening it.
+    m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
+    m_status->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // Room for two lines of the bold refusal text: a reason is rarely longer.
+    QFont bold = m_status->font();
+    bold.setBold(true);
+    m_status->setMinimumHeight(QFontMetrics(bold).lineSpacing() * 2 + 14);
+    m_status->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_status->setFrameShape(QFrame::StyledPanel);
+    m_status->setContentsMargins(4, 2, 4, 2);
 
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName("tabs");
@@ -253,6 +245,7 @@ void OrderTicketWindow::buildFrame() {
     ticket->addWidget(quoteFrame);
     ticket->addLayout(positionRow);
     ticket->addWidget(m_tabs, 1);
+    ticket->addWidget(m_status);
 
     m_chart = new TickChart(this);
     m_chart->hide();
@@ -273,160 +266,6 @@ void OrderTicketWindow::buildFrame() {
             [this](int i) { chooseSymbolText(m_symbol->itemText(i)); });
 }
 
-QWidget* OrderTicketWindow::buildImmediatePage() {
-    auto* page = new QWidget(this);
-    page->setObjectName("immediatePage");
-
-    m_volume = new QLineEdit(page);
-    m_volume->setObjectName("volume");
-    m_volume->setAlignment(Qt::AlignRight);
-    auto* volumeValidator = new QDoubleValidator(0, 1e7, 4, m_volume);
-    volumeValidator->setLocale(QLocale::c());
-    volumeValidator->setNotation(QDoubleValidator::StandardNotation);
-    m_volume->setValidator(volumeValidator);
-    m_openClose = new QComboBox(page);
-    m_openClose->setObjectName("openClose");
-    for (int f : {kOpen, kClose, kCloseToday}) m_openClose->addItem(q(codes::openCloseText(f)));
-    m_price = priceSpin(page, "price");
-    m_hedge = new QComboBox(page);
-    m_hedge->setObjectName("hedge");
-    for (int f : {kSpeculation, kHedge}) m_hedge->addItem(q(codes::hedgeText(f)));
-    m_useBidAsk = new QCheckBox(q(tx::kCheckBidAsk), page);
-    m_useBidAsk->setObjectName("useBidAsk");
-    m_useOffset = new QCheckBox(q(tx::kCheckOffset), page);
-    m_useOffset->setObjectName("useOffset");
-    m_offset = pointSpin(page, "offsetPoints");
-    m_stopLoss = new QCheckBox(q(tx::kCheckStopLoss), page);
-    m_stopLoss->setObjectName("stopLoss");
-    m_stopPrice = priceSpin(page, "stopLossPrice");
-    m_stopAuto = new QPushButton(q(tx::kButtonAuto), page);
-    m_stopAuto->setObjectName("stopLossAuto");
-    m_stopPoints = pointSpin(page, "stopLossPoints");
-    m_takeProfit = new QCheckBox(q(tx::kCheckTakeProfit), page);
-    m_takeProfit->setObjectName("takeProfit");
-    m_profitPrice = priceSpin(page, "takeProfitPrice");
-    m_profitAuto = new QPushButton(q(tx::kButtonAuto), page);
-    m_profitAuto->setObjectName("takeProfitAuto");
-    m_profitPoints = pointSpin(page, "takeProfitPoints");
-    m_algo = new QCheckBox(q(tx::kCheckAlgo), page);
-    m_algo->setObjectName("algo");
-    m_algoSettings = new QPushButton(q(tx::kButtonAlgoSettings), page);
-    m_algoSettings->setObjectName("algoSettings");
-    // The algorithm settings window is not built yet; the ticket's block keeps its defaults.
-    m_algoSettings->setEnabled(false);
-    m_algoSettings->setToolTip(q(tx::kAlgoSettingsPending));
-    m_buy = new QPushButton(q(tx::kButtonBuy), page);
-    m_buy->setObjectName("buy");
-    m_sell = new QPushButton(q(tx::kButtonSell), page);
-    m_sell->setObjectName("sell");
-
-    for (QPushButton* b : {m_stopAuto, m_profitAuto}) {
-        b->setCheckable(true);
-        b->setMaximumWidth(48);
-        // Down must read as on at a glance: a filled button, not a shade darker.
-        b->setStyleSheet(
-            "QPushButton { border: 1px solid palette(mid); border-radius: 3px; padding: 3px 6px;"
-            " background: palette(button); color: palette(button-text); }"
-            "QPushButton:checked { background: #2f6fc4; color: white; border-color: #1f4f94; }"
-            "QPushButton:disabled { color: palette(mid); }"
-            "QPushButton:focus { border-color: palette(highlight); }");
-    }
-    // No button is ever the dialog's default: Enter must not send an order.
-    for (QPushButton* b : {m_stopAuto, m_profitAuto, m_algoSettings, m_buy, m_sell}) {
-        b->setAutoDefault(false);
-        b->setDefault(false);
-    }
-    m_buy->setMinimumHeight(40);
-    m_sell->setMinimumHeight(40);
-    m_buy->setStyleSheet(
-        "QPushButton { background: #d23a3a; color: white; font-size: 15px; font-weight: bold;"
-        " border: 1px solid #a82828; border-radius: 3px; }"
-        "QPushButton:focus { border: 2px solid #202020; }"
-        "QPushButton:pressed { background: #a82828; }");
-    m_sell->setStyleSheet(
-        "QPushButton { background: #1f9150; color: white; font-size: 15px; font-weight: bold;"
-        " border: 1px solid #16703d; border-radius: 3px; }"
-        "QPushButton:focus { border: 2px solid #202020; }"
-        "QPushButton:pressed { background: #16703d; }");
-
-    auto* grid = new QGridLayout;
-    grid->setHorizontalSpacing(6);
-    grid->setVerticalSpacing(5);
-    grid->addWidget(caption(page, tx::kLabelVolume), 0, 0);
-    grid->addWidget(m_volume, 0, 1);
-    grid->addWidget(caption(page, tx::kLabelOpenClose), 0, 2, Qt::AlignRight);
-    grid->addWidget(m_openClose, 0, 3, 1, 2);
-    grid->addWidget(caption(page, tx::kLabelPrice), 1, 0);
-    grid->addWidget(m_price, 1, 1);
-    grid->addWidget(caption(page, tx::kLabelHedge), 1, 2, Qt::AlignRight);
-    grid->addWidget(m_hedge, 1, 3, 1, 2);
-    grid->addWidget(m_useBidAsk, 2, 0, 1, 2);
-    grid->addWidget(m_useOffset, 2, 2);
-    grid->addWidget(m_offset, 2, 3);
-    grid->addWidget(caption(page, tx::kLabelPoints), 2, 4);
-    grid->addWidget(m_stopLoss, 3, 0);
-    grid->addWidget(m_stopPrice, 3, 1);
-    grid->addWidget(m_stopAuto, 3, 2);
-    grid->addWidget(m_stopPoints, 3, 3);
-    grid->addWidget(caption(page, tx::kLabelPoints), 3, 4);
-    grid->addWidget(m_takeProfit, 4, 0);
-    grid->addWidget(m_profitPrice, 4, 1);
-    grid->addWidget(m_profitAuto, 4, 2);
-    grid->addWidget(m_profitPoints, 4, 3);
-    grid->addWidget(caption(page, tx::kLabelPoints), 4, 4);
-    grid->addWidget(m_algo, 5, 0, 1, 2);
-    grid->addWidget(m_algoSettings, 5, 2, 1, 3);
-    grid->setColumnStretch(1, 1);
-
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(10);
-    buttons->addWidget(m_buy);
-    buttons->addWidget(m_sell);
-
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(8, 8, 8, 8);
-    layout->addLayout(grid);
-    layout->addSpacing(4);
-    layout->addLayout(buttons);
-
-    // Keyboard path, top to bottom.
-    QWidget* order[] = {m_account,     m_exchange,   m_symbol,       m_volume,     m_openClose,
-                        m_price,       m_hedge,      m_useBidAsk,    m_useOffset,  m_offset,
-                        m_stopLoss,    m_stopPrice,  m_stopAuto,     m_stopPoints, m_takeProfit,
-                        m_profitPrice, m_profitAuto, m_profitPoints, m_algo,       m_buy,
-                        m_sell};
-    for (std::size_t i = 0; i + 1 < std::size(order); ++i)
-        QWidget::setTabOrder(order[i], order[i + 1]);
-
-    // Every edit goes straight into the core's controls.
-    connect(m_volume, &QLineEdit::textChanged, this, &OrderTicketWindow::pushPage);
-    for (QDoubleSpinBox* s : {m_price, m_stopPrice, m_profitPrice})
-        connect(s, &QDoubleSpinBox::valueChanged, this, &OrderTicketWindow::pushPage);
-    for (QSpinBox* s : {m_offset, m_stopPoints, m_profitPoints})
-        connect(s, &QSpinBox::valueChanged, this, &OrderTicketWindow::pushPage);
-    for (QCheckBox* c : {m_useBidAsk, m_useOffset, m_stopLoss, m_takeProfit, m_algo})
-        connect(c, &QCheckBox::toggled, this, &OrderTicketWindow::pushPage);
-    for (QComboBox* c : {m_openClose, m_hedge})
-        connect(c, &QComboBox::currentIndexChanged, this, &OrderTicketWindow::pushPage);
-    connect(m_stopAuto, &QPushButton::clicked, this,
-            [this] { m_core->normalOrder().toggleAutoStopLoss(); });
-    connect(m_profitAuto, &QPushButton::clicked, this,
-            [this] { m_core->normalOrder().toggleAutoTakeProfit(); });
-    connect(m_buy, &QPushButton::clicked, this, [this] { send(kDirBuy); });
-    connect(m_sell, &QPushButton::clicked, this, [this] { send(kDirSell); });
-    return page;
-}
-
-QWidget* OrderTicketWindow::buildPendingPage() {
-    auto* page = new QWidget(this);
-    auto* label = new QLabel(q(tx::kTriggerPagePending), page);
-    label->setAlignment(Qt::AlignCenter);
-    label->setEnabled(false);  // reads as "not here yet" in any palette
-    auto* layout = new QVBoxLayout(page);
-    layout->addWidget(label);
-    return page;
-}
-
 // ---- Core to widgets ---------------------------------------------------------------------
 
 void OrderTicketWindow::openTicket(const tagHelmsmanPrefill* prefill) {
@@ -443,6 +282,12 @@ void OrderTicketWindow::onCoreChanged(unsigned what) {
     if (what & kTicketPosition) refreshPosition();
     if (what & (kTicketPage | kTicketSymbol)) refreshPage();
     if (what & kTicketChart) refreshChart();
+    if (what & kTicketStatus) refreshStatus();
+}
+
+void OrderTicketWindow::refreshStatus() {
+    m_status->setText(QString::fromStdString(m_core->statusText()));
+    m_status->setStyleSheet(m_core->statusIsError() ? "color: #c8282e; font-weight: bold;" : "");
 }
 
 void OrderTicketWindow::refreshAccounts() {
@@ -478,6 +323,7 @@ void OrderTicketWindow::refreshSymbol() {
     const int i = m_symbol->findText(code);
     m_symbol->setCurrentIndex(i);
     m_symbol->setEditText(code);
+    m_closable->setToolTip(QString::fromStdString(m_core->closableToolTip()));
     if (m_chart->code() != code && !code.isEmpty()) {
         m_chart->setCode(code, m_core->priceDecimals());
         m_chart->addTick(m_manage.clock().nowMs(), m_core->referencePrice());
@@ -507,6 +353,11 @@ void OrderTicketWindow::refreshQuote() {
 void OrderTicketWindow::refreshPosition() {
     m_position->setText(q(m_core->positionText()));
     m_openable->setText(q(m_core->openableText()));
+    const QString closable = q(m_core->closableText());
+    if (closable != m_closable->text() || m_closable->toolTip().isEmpty()) {
+        m_closable->setText(closable);
+        m_closable->setToolTip(QString::fromStdString(m_core->closableToolTip()));
+    }
 }
 
 void OrderTicketWindow::refreshPage() {
@@ -591,6 +442,8 @@ void OrderTicketWindow::pushPage() {
     CNormalOrder::Controls& c = m_core->normalOrder().controls();
     c.volumeText = m_volume->text().toStdString();
     c.price = m_price->value();
+    // An emptied box keeps its last value() behind the scenes; that value must not be sent.
+    c.priceEntered = m_price->hasAcceptableInput() && !m_price->cleanText().trimmed().isEmpty();
     c.useBidAsk = m_useBidAsk->isChecked();
     c.useOffset = m_useOffset->isChecked();
     c.offsetPoints = m_offset->value();
@@ -609,11 +462,7 @@ void OrderTicketWindow::pushPage() {
 void OrderTicketWindow::chooseSymbolText(const QString& text) {
     const QString code = text.trimmed();
     if (code.isEmpty()) return;
-    std::uint16_t exchange = static_cast<std::uint16_t>(std::max(0, m_core->exchangeId()));
-    // A code from another exchange's list keeps its own exchange.
-    for (const auto& s : m_core->exchangeSymbols())
-        if (QString::fromStdString(s.strCode) == code) exchange = s.wExchangeID;
-    if (!m_core->selectSymbol(tagSymbol{exchange, code.toStdString()})) refreshSymbol();
+    if (!m_core->selectCode(code.toStdString())) refreshSymbol();
 }
 
 void OrderTicketWindow::send(int direction) {
@@ -654,6 +503,12 @@ void OrderTicketWindow::editHotkeys() {
 }
 
 void OrderTicketWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) {
+        // A ticket holds a half-typed order; a stray Esc must not throw it away. It closes
+        // by its close box.
+        event->accept();
+        return;
+    }
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         // Enter in the symbol box chooses the typed code; anywhere else it moves on.
         if (m_symbol->isAncestorOf(focusWidget()) || focusWidget() == m_symbol)

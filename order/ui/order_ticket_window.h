@@ -10,8 +10,13 @@
 // never presses a button, and the "我的键盘" shortcuts (window-wide, only when switched on)
 // send through CNormalOrder::sendHotkey.
 //
-// Modeless, one per OpenHelmsman, deleted on close (openOrderTicket). Closing (the close
-// box or Esc) closes the core, which unsubscribes and saves the ticket's settings. UI thread.
+// Esc does nothing: a ticket is closed by its close box only, never discarded by a stray key.
+//
+// Below the pages a status line tells what became of the last order sent from this ticket
+// (a refusal in red, with the host's reason); beside the position, what can be closed.
+//
+// Modeless, one per OpenHelmsman, deleted on close (openOrderTicket). Closing closes the
+// core, which unsubscribes and saves the ticket's settings. UI thread.
 #pragma once
 
 #include <QDialog>
@@ -68,6 +73,7 @@ private:
     void refreshPosition();
     void refreshPage();
     void refreshChart();
+    void refreshStatus();
     void updateEnabling();
 
     void pushPage();
@@ -94,6 +100,8 @@ private:
     QLabel* m_lower = nullptr;
     QLabel* m_position = nullptr;
     QLabel* m_openable = nullptr;
+    QLabel* m_closable = nullptr;
+    QLabel* m_status = nullptr;
     QTabWidget* m_tabs = nullptr;
     QAction* m_actChart = nullptr;
     QAction* m_actAutoStop = nullptr;

@@ -42,7 +42,10 @@ TickChart::TickChart(QWidget* parent) : QChartView(parent) {
     m_series->attachAxis(m_timeAxis);
     m_series->attachAxis(m_priceAxis);
 
+    // The view starts with a chart of its own and only lets go of it when given another.
+    QChart* initial = this->chart();
     setChart(chart);
+    delete initial;
     setRenderHint(QPainter::Antialiasing);
     setMinimumSize(360, 260);
 }

@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QComboBox>
+#include <QLabel>
 #include <QLibrary>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTimer>
@@ -256,6 +259,69 @@ TEST(AddinEndToEnd, TicketConfirmFillAndOneNoticeForThreeFills) {
     sim.GetAllOrders(orders);
     ASSERT_EQ(orders.size(), 3u);
     for (const auto& o : orders) EXPECT_EQ(o.nStatus, kOrderFilled);
+
+    ticket->close();
+    testApp().processEvents();
+    sim.setEventSink(nullptr);
+    x.init(1, nullptr, root.string().c_str(), "e2e", 0);
+    for (QWidget* w : QApplication::topLevelWidgets()) w->close();
+}
+
+// The ticket against the exchange: accounts logged off when it opens and on again before the
+// press go where its box says, and an order the exchange refuses is explained on it.
+TEST(AddinEndToEnd, TicketShowsItsAccountAndExplainsARejection) {
+    testApp();
+    const Exports& x = addin();
+    ASSERT_TRUE(x.init && x.openHelmsman);
+    const TempDir root("helmsman_ticket_e2e_reject");
+    writeFileBytes(root / "user" / "e2e" / "Profile.ini",
+                   "[Helmsman]\r\nbShowNormalOrderConfirm=0\r\nbUseBidAskPrice=1\r\n");
+    ManualClock clock(todayAt(10, 30));
+    SimExchange sim(clock);
+    Forwarder forwarder(x);
+    sim.setEventSink(&forwarder);
+    x.useClock(&clock);
+    x.init(1, &sim, root.string().c_str(), "e2e", 0);
+    const auto pump = [&] {
+        for (int k = 0; k < 3; ++k) {
+            sim.deliverPending();
+            testApp().processEvents();
+        }
+    };
+    sim.step();
+    sim.logoffAll();
+    pump();
+
+    tagHelmsmanPrefill prefill;
+    prefill.symbol = tagSymbol{3, "IF2101"};
+    ASSERT_EQ(x.openHelmsman(&prefill), 1);
+    QWidget* ticket = topLevelNamed("orderTicket");
+    ASSERT_NE(ticket, nullptr);
+    auto* account = ticket->findChild<QComboBox*>("account");
+    EXPECT_EQ(account->currentIndex(), -1);
+
+    sim.logonAll();
+    pump();
+    std::vector<tagAccoutInfo> accounts;
+    sim.GetAvailableAccounts(accounts);
+    ASSERT_GE(account->count(), 1);
+    const QString shown = account->currentText();
+    EXPECT_TRUE(shown.startsWith(QString::fromStdString(accounts.at(0).strAccountID)));
+
+    sim.rejectNextOrders(1, "风控拒单");
+    clock.advanceMs(500);
+    sim.step();
+    pump();
+    ticket->findChild<QPushButton*>("buy")->click();
+    pump();
+    std::vector<tagBrokerOrder> orders;
+    sim.GetAllOrders(orders);
+    ASSERT_EQ(orders.size(), 1u);
+    EXPECT_EQ(orders[0].strAccountID, accounts[0].strAccountID);
+    EXPECT_EQ(orders[0].nStatus, kOrderRejected);
+    const QString status = ticket->findChild<QLabel*>("status")->text();
+    EXPECT_TRUE(status.startsWith(QString::fromUtf8("已废除："))) << status.toStdString();
+    EXPECT_TRUE(status.contains(QString::fromUtf8("风控拒单"))) << status.toStdString();
 
     ticket->close();
     testApp().processEvents();

@@ -175,19 +175,29 @@ TEST_F(ManagerTest, SingleSubmission) {
     EXPECT_EQ(manager.submitOrder(o, false, "x", nullptr), 0);
 }
 
-TEST_F(ManagerTest, AlgoThresholdRoutesLargeOrders) {
+TEST_F(ManagerTest, AlgoThresholdRoutesLargeOrdersOnlyWhenSwitchedOn) {
     tagAlgoSetting algo;
     algo.nBaseLine = 10;
-    const std::tuple<double, const tagAlgoSetting*, bool> cases[] = {
-        {9.99, &algo, false}, {10, &algo, true}, {500, nullptr, false}};  // no block: never
-    for (auto [volume, block, toAlgo] : cases) {
+    const std::tuple<bool, double, const tagAlgoSetting*, bool> cases[] = {
+        {true, 9.99, &algo, false},
+        {true, 10, &algo, true},
+        {true, 500, nullptr, false},  // no block: never
+        {false, 500, &algo, false},   // a block alone is a threshold, not a switch
+    };
+    for (auto [on, volume, block, toAlgo] : cases) {
+        manager.setAlgoTrading(on);
         host.sent.clear();
         ui.toAlgo.clear();
         tagBrokerOrder o = order(volume);
         manager.submitOrder(o, false, "舵手", block);
-        EXPECT_EQ(ui.toAlgo.size(), toAlgo ? 1u : 0u) << volume;
-        EXPECT_EQ(host.sent.size(), toAlgo ? 0u : 1u) << volume;
+        EXPECT_EQ(ui.toAlgo.size(), toAlgo ? 1u : 0u) << on << " " << volume;
+        EXPECT_EQ(host.sent.size(), toAlgo ? 0u : 1u) << on << " " << volume;
+        std::vector<tagBrokerOrder> batch{order(volume)};
+        ui.toAlgo.clear();
+        manager.sendBatch(batch, block);
+        EXPECT_EQ(ui.toAlgo.size(), toAlgo ? 1u : 0u) << "batch " << on << " " << volume;
     }
+    manager.setAlgoTrading(true);
     // No algo centre to take it: nothing reaches the exchange either.
     ui.algoCentreAvailable = false;
     host.sent.clear();
@@ -197,6 +207,7 @@ TEST_F(ManagerTest, AlgoThresholdRoutesLargeOrders) {
 }
 
 TEST_F(ManagerTest, BatchKeepsArrayOrderAndSplitsByThreshold) {
+    manager.setAlgoTrading(true);
     tagAlgoSetting algo;
     algo.nBaseLine = 5;
     std::vector<tagBrokerOrder> batch;

@@ -343,6 +343,17 @@ TEST_F(DeskTest, PickingAnInstrumentLinksEveryOpenTicketOnce) {
     EXPECT_EQ(log().count("2065"), before);
 }
 
+TEST_F(DeskTest, TheBoardsFocusAloneIsNoPick) {
+    auto* board = m_desk->findChild<QTableView*>("quoteBoard");
+    ASSERT_NE(board, nullptr);
+    board->selectionModel()->setCurrentIndex(board->model()->index(0, 0),
+                                             QItemSelectionModel::NoUpdate);
+    QString why;
+    EXPECT_TRUE(m_desk->openTool("OpenHelmsman", &why)) << why.toStdString();
+    EXPECT_TRUE(log().contains("OpenHelmsman -")) << log().toStdString();
+    EXPECT_FALSE(log().contains("2065"));
+}
+
 TEST_F(DeskTest, ToolsOpenWithTheBoardsInstrumentAndUnavailableOnesAreRefused) {
     m_desk->selectSymbol({0, "rb2105"});
     QString why;

@@ -4,6 +4,7 @@
 
 #include "app/exports.h"
 #include "app/settings.h"
+#include "order/order_strings.h"
 #include "ticket_fixture.h"
 
 namespace {
@@ -98,17 +99,25 @@ TEST_F(MasterDialogTest, SymbolLinkReturns) {
     EXPECT_EQ(ticket->exchangeId(), 2);
 }
 
-TEST_F(MasterDialogTest, QuotesOfOtherSymbolsAreIgnored) {
+TEST_F(MasterDialogTest, QuoteNoticeReadsTheSnapshotNeverThePointer) {
     openOn("ag2412");
     int notified = 0;
     ticket->setListener([&](unsigned what) { notified += (what & kTicketQuote) ? 1 : 0; });
-    EXPECT_EQ(deliverQuote(quote("rb2410", 1, 2, 3)), 1);
-    EXPECT_EQ(deliverQuote(quote("ag2412", 1, 2, 3, 0, 0, 2)), 1);  // other exchange
+    // A registered ticket hears every window's notices, and their data need not be a quote.
+    tagBrokerOrder notAQuote;
+    const auto notice = [&] {
+        return manage.sendMessage(ticket->handle(), kMsgDataChange, kEventQuote,
+                                  reinterpret_cast<std::uintptr_t>(&notAQuote));
+    };
+    host.quotes["rb2410"] = quote("rb2410", 1, 2, 3);
+    EXPECT_EQ(notice(), 1);
     EXPECT_EQ(notified, 0);
     EXPECT_FALSE(ticket->quoteValid());
     EXPECT_STREQ(ticket->quoteTexts().last.data(), "-");
 
-    EXPECT_EQ(deliverQuote(quote("ag2412", 3001.0, 3001.4, 3001.2, 2950, 3050.2)), 1);
+    host.quotes["ag2412"] = quote("ag2412", 3001.0, 3001.4, 3001.2, 2950, 3050.2);
+    EXPECT_EQ(notice(), 1);
+    EXPECT_EQ(notice(), 1);  // the same snapshot heard twice redraws once
     EXPECT_EQ(notified, 1);
     const TicketQuoteTexts& q = ticket->quoteTexts();
     EXPECT_STREQ(q.last.data(), "3001.2");  // one decimal on a 0.2 tick
@@ -118,8 +127,87 @@ TEST_F(MasterDialogTest, QuotesOfOtherSymbolsAreIgnored) {
     EXPECT_STREQ(q.askVol.data(), "4");
     EXPECT_STREQ(q.lower.data(), "2950.0");
     EXPECT_STREQ(q.upper.data(), "3050.2");
-    // Other codes of message 2070 are acknowledged and change nothing.
-    EXPECT_EQ(manage.sendMessage(ticket->handle(), kMsgDataChange, kEventOrderChanged, 0), 1);
+}
+
+// ---- Accounts follow logon changes; one that logged off is not replaced --------------------
+
+TEST_F(MasterDialogTest, LogonChangesReachTheAccountBox) {
+    const auto a1 = FakeHost::account("A1", "B1", "张三");
+    const auto a2 = FakeHost::account("A2", "B2", "李四");
+    struct {
+        const char* name;
+        std::vector<tagAccoutInfo> atOpen;
+        int choose;  // -1: leave the ticket's own choice
+        std::vector<tagAccoutInfo> after;
+        const char* shown;  // nullptr: no account shown
+        const char* loggedOff;
+    } cases[] = {
+        {"none at open, then a logon", {}, -1, {a1, a2}, "A1", nullptr},
+        {"the chosen one logs off", {a1, a2}, 1, {a1}, nullptr, "A2"},
+        {"another one logs off", {a1, a2}, 1, {a2}, "A2", nullptr},
+        {"all log off", {a1, a2}, 0, {}, nullptr, "A1"},
+    };
+    unsigned heard = 0;
+    for (const auto& c : cases) {
+        host.accounts = c.atOpen;
+        openOn("ag2412");
+        if (c.choose >= 0) ticket->selectAccount(c.choose);
+        heard = 0;
+        ticket->setListener([&](unsigned what) { heard |= what; });
+        host.accounts = c.after;
+        manage.logonStateChange(1, 0);  // through the manager: the ticket is registered
+        EXPECT_TRUE(heard & kTicketAccounts) << c.name;
+        const tagAccoutInfo* shown = ticket->account();
+        EXPECT_EQ(shown ? shown->strAccountID.c_str() : "", std::string(c.shown ? c.shown : ""))
+            << c.name;
+        EXPECT_EQ(ticket->accountLoggedOff(), c.loggedOff != nullptr) << c.name;
+        EXPECT_EQ(ticket->statusIsError(), c.loggedOff != nullptr) << c.name;  // says so
+        if (c.loggedOff) {
+            EXPECT_EQ(ticket->loggedOffAccount().strAccountID, c.loggedOff);
+        }
+    }
+    // The account that logged off is shown again when it is back.
+    host.accounts = {a2, a1};
+    manage.logonStateChange(1, 0);
+    EXPECT_EQ(ticket->account()->strAccountID, "A1");
+    EXPECT_FALSE(ticket->accountLoggedOff());
+}
+
+// ---- Symbols: links to many tickets, typed codes -------------------------------------------
+
+TEST_F(MasterDialogTest, RefusedLinkIsAnnouncedOnceForAllTickets) {
+    auto untradable = contractDetail(1.0f, 1, 10, 0.1);
+    untradable.bTradable = false;
+    host.details["cu2409"] = untradable;
+    std::vector<std::unique_ptr<CMasterDialog>> tickets;
+    for (int i = 0; i < 5; ++i) {
+        tickets.push_back(std::make_unique<CMasterDialog>(manage));
+        tickets.back()->open(nullptr);
+    }
+    const auto linkAll = [&](tagSymbol s) {
+        int switched = 0;
+        for (WndHandle h : manage.handlesOf(order_text::kTicketDialogId))
+            switched += static_cast<int>(
+                manage.sendMessage(h, kMsgSymbolLink, 1, reinterpret_cast<std::uintptr_t>(&s)));
+        return switched;
+    };
+    EXPECT_EQ(linkAll({1, "cu2409"}), 0);
+    EXPECT_EQ(prompter.boxes.size(), 1u);
+    EXPECT_EQ(prompter.lastText(), "当前商品不能进行交易，请重新选择商品！");
+    EXPECT_EQ(linkAll({1, "rb2410"}), 5);
+    EXPECT_EQ(linkAll({1, "cu2409"}), 0);  // a new link to it: said again, once
+    EXPECT_EQ(prompter.boxes.size(), 2u);
+}
+
+TEST_F(MasterDialogTest, TypedCodeIsFoundOnAnyExchange) {
+    openOn("ag2412");
+    EXPECT_TRUE(ticket->selectCode("M2501"));  // another exchange, other case
+    EXPECT_EQ(ticket->symbol(), (tagSymbol{2, "m2501"}));
+    EXPECT_EQ(ticket->exchangeId(), 2);
+    EXPECT_EQ(ticket->exchangeSymbols().size(), 1u);
+    EXPECT_FALSE(ticket->selectCode("zz999"));
+    EXPECT_EQ(prompter.lastText(), "当前商品不能进行交易，请重新选择商品！");
+    EXPECT_EQ(ticket->symbol(), (tagSymbol{2, "m2501"}));
 }
 
 TEST_F(MasterDialogTest, SnapshotMakesTheQuoteValidAndSeedsThePriceBox) {
@@ -166,6 +254,7 @@ TEST_F(MasterDialogTest, OpenableQuantity) {
     };
     for (const auto& c : cases) {
         host.summaries.clear();
+        host.quotes.clear();
         if (c.fundsReadable)
             host.summaries["A1"] = tagAccountSummary{"A1", "B1", 0, 0, c.available};
         host.details["ag2412"] = contractDetail(0.2f, 1, c.multiplier, c.margin);
@@ -182,6 +271,54 @@ TEST_F(MasterDialogTest, OpenableFallsBackToTheQuoteSides) {
     EXPECT_EQ(ticket->openableText(), "可开:20");
     deliverQuote(quote("ag2412", 2500, 0, 0));  // no ask either: the bid
     EXPECT_EQ(ticket->openableText(), "可开:40");
+}
+
+TEST_F(MasterDialogTest, ClosableLessWhatWorkingClosesHold) {
+    // Long 5 (2 of them today), short 3 (all today), on exchange 0 and on exchange 1.
+    host.details["au2406"] = contractDetail(0.02f, 1, 1000, 0.1);
+    const auto working = [](const char* code, int dir, int oc, double vol, double filled) {
+        tagBrokerOrder o;
+        o.strAccountID = "A1";
+        o.strBrokerID = "B1";
+        o.strCode = code;
+        o.nDirection = dir;
+        o.nOpenClose = oc;
+        o.dVolume = vol;
+        o.dFilledVolume = filled;
+        o.nStatus = kOrderQueued;
+        return o;
+    };
+    struct {
+        const char* name;
+        std::uint16_t ex;
+        std::vector<std::tuple<int, int, double, double>> orders;  // dir, o/c, volume, filled
+        TicketClosable expect;
+        const char* text;
+    } cases[] = {
+        {"nothing working", 1, {}, {3, 2, 0, 3}, "可平 多:昨3 今2  空:昨0 今3"},
+        {"平仓 takes yesterday's first", 1, {{kDirSell, kClose, 4, 0}}, {0, 1, 0, 3}, nullptr},
+        {"filled part no longer held", 1, {{kDirSell, kClose, 4, 3}}, {2, 2, 0, 3}, nullptr},
+        {"平今 takes today's", 1, {{kDirBuy, kCloseToday, 2, 0}}, {3, 2, 0, 1}, nullptr},
+        {"opening orders hold nothing", 1, {{kDirSell, kOpen, 9, 0}}, {3, 2, 0, 3}, nullptr},
+        {"exchange 0: 平仓 yesterday's only", 0, {{kDirSell, kClose, 4, 0}}, {0, 2, 0, 3}, nullptr},
+    };
+    for (const auto& c : cases) {
+        const std::string code = c.ex == 0 ? "au2406" : "ag2412";
+        host.positions = {{"A1", "B1", c.ex, code, 8, 5, 3, 2, 3}};
+        host.orders.clear();
+        for (const auto& [dir, oc, vol, filled] : c.orders)
+            host.orders.push_back(working(code.c_str(), dir, oc, vol, filled));
+        openOn(code, c.ex);
+        const TicketClosable& got = ticket->closable();
+        EXPECT_EQ(got.longYesterday, c.expect.longYesterday) << c.name;
+        EXPECT_EQ(got.longToday, c.expect.longToday) << c.name;
+        EXPECT_EQ(got.shortYesterday, c.expect.shortYesterday) << c.name;
+        EXPECT_EQ(got.shortToday, c.expect.shortToday) << c.name;
+        if (c.text) {
+            EXPECT_EQ(ticket->closableText(), c.text);
+        }
+        EXPECT_EQ(ticket->closesYesterdayOnly(), c.ex == 0) << c.name;
+    }
 }
 
 TEST_F(MasterDialogTest, NoAccountMeansNoOpenable) {
@@ -249,6 +386,16 @@ TEST_F(MasterDialogTest, OpensOnTheSavedSymbolOnlyWhenAsked) {
     EXPECT_EQ(ticket->symbol(), (tagSymbol{1, "rb2410"}));
     EXPECT_TRUE(ticket->subscribed());
     EXPECT_EQ(ticket->exchangeSymbols().size(), 2u);
+
+    // An opener's block that names no symbol leaves the saved one in force; one that names
+    // a symbol wins.
+    tagHelmsmanPrefill block;
+    block.dPrice = 3000;
+    openTicket(&block);
+    EXPECT_EQ(ticket->symbol(), (tagSymbol{1, "rb2410"}));
+    block.symbol = {2, "m2501"};
+    openTicket(&block);
+    EXPECT_EQ(ticket->symbol(), (tagSymbol{2, "m2501"}));
 }
 
 TEST_F(MasterDialogTest, Prefill) {

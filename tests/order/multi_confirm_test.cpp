@@ -169,6 +169,7 @@ TEST(MultiConfirm, SendGoesThroughTheManagersBatchOnce) {
     manager.init(0, &host, "/nonexistent-root", "u", 0);
     ScriptedUi ui;
     manager.setUi(&ui);
+    manager.setAlgoTrading(true);
 
     tagAlgoSetting algo;
     algo.nBaseLine = 3;

@@ -96,6 +96,8 @@ class StopTable : public NormalOrderTest, public ::testing::WithParamInterface<S
 
 TEST_P(StopTable, StopsAsHandComputed) {
     const StopCase& sc = GetParam();
+    // One lot on each side to close: the short from yesterday, the long from today.
+    host.positions = {{"A1", "B1", 1, "ag2412", 2, 1, 1, 1, 0}};
     openOn("ag2412");
     auto& c = controls();
     c.price = 3000.0;
@@ -157,6 +159,9 @@ TEST_F(NormalOrderTest, RefusalsBeforeThePrice) {
         {"输入错误，交易数量必须大于0！", true, true, [&] { controls().volumeText = "0"; }},
         {"输入错误，交易数量必须大于0！", true, true, [&] { controls().volumeText = "-2"; }},
         {"输入错误，交易数量必须大于0！", true, true, [&] { controls().volumeText = "abc"; }},
+        {"输入错误，交易数量必须为整数！", true, true, [&] { controls().volumeText = "1.5"; }},
+        // An emptied box is refused, never sent at the value it held before.
+        {"请输入委托价格！", true, true, [&] { controls().priceEntered = false; }},
         // An empty box is refused, not clamped up to the lower limit.
         {"输入错误，委托价格必须大于0！", true, true,
          [&] {
@@ -176,14 +181,91 @@ TEST_F(NormalOrderTest, RefusalsBeforeThePrice) {
     }
 }
 
-TEST_F(NormalOrderTest, LogonAfterOpeningIsSeenAtSend) {
+// ---- The account the order goes to is the one shown ----------------------------------------
+
+TEST_F(NormalOrderTest, AnAccountIsUsedOnlyOnceShown) {
+    noConfirm();
     const auto accounts = host.accounts;
     host.accounts.clear();
     openOn("ag2412");
-    host.accounts = accounts;
     controls().price = 3000;
+    unsigned heard = 0;
+    ticket->setListener([&](unsigned what) { heard |= what; });
+
+    // Logged on, and the notice has not arrived yet: the box is filled in, nothing sent.
+    host.accounts = accounts;
+    expectRefused(page().send(kDirBuy), "提示", "交易帐户已更新为A1(张三)，请确认后重新下单！");
+    EXPECT_TRUE(heard & kTicketAccounts);
+    EXPECT_EQ(ticket->account()->strAccountID, "A1");
     EXPECT_EQ(page().send(kDirBuy), Result::Sent);
     EXPECT_EQ(host.sent.at(0).strAccountID, "A1");
+
+    // The account shown logs off while another stays: refused by name, never swapped.
+    ticket->selectAccount(1);
+    host.accounts = {accounts[0]};
+    host.sent.clear();
+    prompter.boxes.clear();
+    expectRefused(page().send(kDirBuy), "提示", "交易帐户A2(李四)已退出登录，请重新选择交易帐户！");
+    EXPECT_EQ(ticket->account(), nullptr);
+    ticket->selectAccount(0);
+    EXPECT_EQ(page().send(kDirBuy), Result::Sent);
+    EXPECT_EQ(host.sent.at(0).strAccountID, "A1");
+}
+
+// ---- Closing no more than can be closed ---------------------------------------------------
+
+TEST_F(NormalOrderTest, ClosingBeyondWhatCanBeClosedIsRefused) {
+    noConfirm();
+    host.details["au2406"] = contractDetail(0.02f, 1, 1000, 0.1);
+    // Long 5 of which 2 today; short 1 from yesterday.
+    const auto position = [](std::uint16_t ex, const char* code) {
+        return tagOpenedPosition{"A1", "B1", ex, code, 6, 5, 1, 2, 0};
+    };
+    struct {
+        const char* name;
+        std::uint16_t ex;
+        int direction, openClose;
+        const char* volume;
+        const char* refusal;  // nullptr: sent
+    } cases[] = {
+        {"close all", 1, kDirSell, kClose, "5", nullptr},
+        {"close one too many", 1, kDirSell, kClose, "6",
+         "输入错误，平仓数量6张超过可平数量5张（昨仓3张，今仓2张）！"},
+        {"close today", 1, kDirSell, kCloseToday, "2", nullptr},
+        {"close today beyond today's", 1, kDirSell, kCloseToday, "3",
+         "输入错误，平今仓数量3张超过可平今仓数量2张！"},
+        {"buy closes the short side", 1, kDirBuy, kClose, "2",
+         "输入错误，平仓数量2张超过可平数量1张（昨仓1张，今仓0张）！"},
+        {"exchange 0: yesterday's", 0, kDirSell, kClose, "3", nullptr},
+        {"exchange 0: today's would be needed", 0, kDirSell, kClose, "4",
+         "该交易所“平仓”只平昨仓：委托4张，可平昨仓3张。平今日的仓位请选择“平今仓”（可平今仓2张）！"},
+        {"exchange 0: nothing today", 0, kDirBuy, kClose, "2",
+         "输入错误，平仓数量2张超过可平数量1张（昨仓1张，今仓0张）！"},
+        {"opening is not limited", 1, kDirSell, kOpen, "50", nullptr},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const char* code = c.ex == 0 ? "au2406" : "ag2412";
+        host.positions = {position(c.ex, code)};
+        host.orders.clear();
+        host.sent.clear();
+        prompter.boxes.clear();
+        openOn(code, c.ex);
+        controls().price = 400;
+        controls().openClose = c.openClose;
+        controls().volumeText = c.volume;
+        const Result r = page().send(c.direction);
+        if (c.refusal) {
+            expectRefused(r, "提示", c.refusal);
+            continue;
+        }
+        EXPECT_EQ(r, Result::Sent) << prompter.lastText();
+        // What was just sent is held now: the same close again is refused.
+        if (c.openClose != kOpen) {
+            EXPECT_EQ(page().send(c.direction), Result::Refused);
+            EXPECT_EQ(host.sent.size(), 1u);
+        }
+    }
 }
 
 TEST_F(NormalOrderTest, VolumeIsALeadingDecimalNumber) {
@@ -191,6 +273,38 @@ TEST_F(NormalOrderTest, VolumeIsALeadingDecimalNumber) {
     EXPECT_EQ(CNormalOrder::parseVolume(" 3手"), 3.0);
     EXPECT_EQ(CNormalOrder::parseVolume("x3"), 0.0);
     EXPECT_EQ(CNormalOrder::formatNumber(2.5), "2.5");
+}
+
+// ---- What became of the order: the ticket's status line ------------------------------------
+
+TEST_F(NormalOrderTest, RefusalsAreExplainedOnTheStatusLine) {
+    noConfirm();
+    openOn("ag2412");
+    controls().price = 3000;
+    controls().volumeText = "2";
+    ASSERT_EQ(page().send(kDirBuy), Result::Sent);
+    EXPECT_EQ(ticket->statusText(), "已报：买入开仓 ag2412 2张 价格:3000");
+    EXPECT_FALSE(ticket->statusIsError());
+
+    // The exchange refuses it later: the host's order record says why.
+    tagBrokerOrder changed = host.sent.at(0);
+    changed.nStatus = kOrderRejected;
+    changed.strStatusMsg = "资金不足";
+    tagBrokerOrder someoneElses = changed;
+    someoneElses.strOrderID = "other";
+    someoneElses.strStatusMsg = "别的委托";
+    manage.dataChange(kEventOrderChanged, reinterpret_cast<std::uintptr_t>(&changed));
+    manage.dataChange(kEventOrderChanged, reinterpret_cast<std::uintptr_t>(&someoneElses));
+    EXPECT_EQ(ticket->statusText(), "已废除：买入开仓 ag2412 2张 价格:3000\n原因：资金不足");
+    EXPECT_TRUE(ticket->statusIsError());
+    EXPECT_TRUE(prompter.boxes.empty());  // no box per rejection
+
+    // The host does not take it at all.
+    host.sendOrderResult = 0;
+    host.sentReason = "未登录交易帐户";
+    EXPECT_EQ(page().send(kDirSell), Result::Failed);
+    EXPECT_EQ(ticket->statusText(), "未发送：卖出开仓 ag2412 2张 价格:3000\n原因：未登录交易帐户");
+    EXPECT_TRUE(prompter.boxes.empty());
 }
 
 // ---- The order handed over, and the submission --------------------------------------------
@@ -238,21 +352,19 @@ TEST_F(NormalOrderTest, ConfirmationFlagCancelAndHostRefusal) {
     EXPECT_EQ(host.sent.size(), 1u);
     EXPECT_TRUE(prompter.boxes.empty());
 
-    noConfirm();
-    host.sendOrderResult = 0;
-    EXPECT_EQ(page().send(kDirBuy), Result::Failed);
-    EXPECT_EQ(prompter.lastText(), "委托发送失败，请查看委托状态！");
 }
 
-TEST_F(NormalOrderTest, AlgoBoxPassesTheTicketsBlock) {
+TEST_F(NormalOrderTest, AlgoBoxPassesTheTicketsBlockAndIsTheSwitch) {
     noConfirm();
     openOn("ag2412");
     ticket->algoSetting().nBaseLine = 10;
     controls().price = 3000;
     controls().volumeText = "10";
     page().send(kDirBuy);  // box off: no block, straight to the host
+    EXPECT_EQ(manage.settings().bUseAlgoTrading, 0);
     controls().algo = true;
     page().send(kDirBuy);
+    EXPECT_EQ(manage.settings().bUseAlgoTrading, 1);  // the box switched it on
     EXPECT_EQ(host.sent.size(), 1u);
     ASSERT_EQ(ui.toAlgo.size(), 1u);
     EXPECT_EQ(ui.toAlgo[0].dVolume, 10.0);

@@ -75,8 +75,10 @@ protected:
         return t;
     }
 
+    // A new snapshot in the host, then its notice. The notice carries no record: the ticket
+    // must read the snapshot itself.
     std::intptr_t deliverQuote(const IModuleFutureTrader::ITickEx& t) {
-        return manage.sendMessage(ticket->handle(), kMsgDataChange, kEventQuote,
-                                  reinterpret_cast<std::uintptr_t>(&t));
+        host.quotes[t.strCode] = t;
+        return manage.sendMessage(ticket->handle(), kMsgDataChange, kEventQuote, 0);
     }
 };

@@ -21,6 +21,7 @@ public:
     std::vector<tagTriggerOrder> triggerOrders;
     std::map<std::string, tagAccountSummary> summaries;  // by account id
     int sendOrderResult = 1;
+    std::string sentReason;  // written into a refused order's status message
     int sendTriggerResult = 1;
     int positionResult = 1;
 
@@ -102,6 +103,8 @@ public:
         if (sendOrderResult) {
             o.strOrderID = std::to_string(1000 + sent.size());
             o.nStatus = kOrderQueued;
+        } else if (!sentReason.empty()) {
+            o.strStatusMsg = sentReason;
         }
         sent.push_back(o);
         orders.push_back(o);

@@ -195,6 +195,7 @@ TEST_F(ConfirmWindows, TriggerBatchSendsEachInListOrderOnAccept) {
 }
 
 TEST_F(ConfirmWindows, AlgoHandOverTellsTheTraderNothingWasSent) {
+    m_manager.setAlgoTrading(true);
     tagAlgoSetting algo;
     algo.nBaseLine = 5;
     tagBrokerOrder big = order("8001", kDirBuy, 8, 3001.4);

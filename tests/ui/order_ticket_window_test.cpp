@@ -67,9 +67,10 @@ protected:
         QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
         QApplication::sendEvent(w, &press);
     }
+    // A new snapshot, then its notice at the ticket's handle (the ticket reads the snapshot).
     void deliver(OrderTicketWindow& w, const IModuleFutureTrader::ITickEx& t) {
-        manage.sendMessage(w.core().handle(), kMsgDataChange, kEventQuote,
-                           reinterpret_cast<std::uintptr_t>(&t));
+        host.quotes[t.strCode] = t;
+        manage.sendMessage(w.core().handle(), kMsgDataChange, kEventQuote, 0);
     }
 };
 
@@ -130,6 +131,65 @@ TEST_F(OrderTicketWindowTest, ShowsTheCoreAndSendsFromTheButton) {
     EXPECT_EQ(host.sent[0].dPrice, 7400);
     EXPECT_EQ(host.sent[0].nDirection, kDirBuy);
     EXPECT_EQ(ui.log, std::vector<std::string>{"confirmOrder 舵手"});
+}
+
+TEST_F(OrderTicketWindowTest, VolumePriceAndEscGuards) {
+    HelmsmanSettings s = manage.settings();
+    s.bShowNormalOrderConfirm = 0;
+    manage.saveSettings(s);
+    OrderTicketWindow w(manage);
+    w.openTicket(nullptr);
+    w.core().selectSymbol({1, "ag2412"});
+    w.show();
+
+    // Whole lots only in the volume box.
+    auto* volume = child<QLineEdit>(&w, "volume");
+    QString text = "1.5";
+    int pos = 0;
+    EXPECT_NE(volume->validator()->validate(text, pos), QValidator::Acceptable);
+    text = "2";
+    EXPECT_EQ(volume->validator()->validate(text, pos), QValidator::Acceptable);
+
+    // An emptied price box is refused, not sent at its old value.
+    auto* price = child<QDoubleSpinBox>(&w, "price");
+    price->setValue(7400);
+    price->findChild<QLineEdit*>()->clear();
+    child<QPushButton>(&w, "buy")->click();
+    EXPECT_TRUE(host.sent.empty());
+    EXPECT_EQ(prompter.lastText(), "请输入委托价格！");
+
+    // Esc does not throw the ticket away.
+    QKeyEvent esc(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(&w, &esc);
+    EXPECT_TRUE(w.isVisible());
+    EXPECT_FALSE(w.core().closed());
+}
+
+TEST_F(OrderTicketWindowTest, ARejectionIsExplainedOnTheTicket) {
+    HelmsmanSettings s = manage.settings();
+    s.bShowNormalOrderConfirm = 0;
+    manage.saveSettings(s);
+    tagHelmsmanPrefill block;
+    block.symbol = {1, "ag2412"};
+    host.positions = {{"8800123", "9999", 1, "ag2412", 5, 3, 2, 1, 0}};  // one long lot today
+    OrderTicketWindow w(manage);
+    w.openTicket(&block);
+    w.show();
+    EXPECT_EQ(child<QLabel>(&w, "closable")->text(), QString::fromUtf8("可平 多:昨2 今1  空:昨2 今0"));
+    child<QLineEdit>(&w, "volume")->setText("40");
+    child<QDoubleSpinBox>(&w, "price")->setValue(7413);
+    child<QPushButton>(&w, "buy")->click();
+    ASSERT_EQ(host.sent.size(), 1u);
+    tagBrokerOrder rejected = host.sent[0];
+    rejected.nStatus = kOrderRejected;
+    rejected.strStatusMsg = "可用资金不足";
+    manage.dataChange(kEventOrderChanged, reinterpret_cast<std::uintptr_t>(&rejected));
+    auto* status = child<QLabel>(&w, "status");
+    EXPECT_EQ(status->text(),
+              QString::fromUtf8("已废除：买入开仓 ag2412 40张 价格:7413\n原因：可用资金不足"));
+    EXPECT_TRUE(prompter.boxes.empty());
+    QApplication::processEvents();
+    saveScreenshot(&w, "ticket_rejected.png");
 }
 
 TEST_F(OrderTicketWindowTest, MenuTogglesAndHotkeys) {

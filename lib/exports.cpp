@@ -1,4 +1,8 @@
 // The exported entry points. Each one catches everything: nothing may throw into the host.
+//
+// This is the add-in's composition root: it may reach every tool's window to open it, while
+// the manager in app/ knows tools only through narrow interfaces (IModuleUi), never the
+// reverse.
 #include "app/exports.h"
 
 #include <cstring>
