@@ -197,6 +197,10 @@ bool CLocalTrigger::step() {
     {
         std::lock_guard triggerLock(m_triggerLock);
         std::lock_guard quoteLock(m_quoteLock);
+        // A send can open a modal box whose event loop runs the timer again, on this thread
+        // and inside these locks: that step is skipped, so the pass below keeps its arrays.
+        if (m_inStep) return false;
+        m_inStep = true;
         // Each symbol's period state and watched price, once per step.
         if (m_view.size() != m_slots.size()) m_view.resize(m_slots.size());
         for (std::size_t s = 0; s < m_slots.size(); ++s) {
@@ -217,7 +221,7 @@ bool CLocalTrigger::step() {
         Hot* hot = m_hot.data();
         const SlotView* views = m_view.data();
         for (std::size_t i = 0; i < n; ++i) {
-            Hot& h = hot[i];
+            Hot& h = hot[i];  // not used after fire()
             if (h.status != kOrderWaitTrigger) continue;
             const SlotView& v = views[h.slot];
             std::int8_t result;
@@ -238,8 +242,14 @@ bool CLocalTrigger::step() {
             else
                 result = kTriggerWaiting;
             h.result = result;
-            if (result == kTriggerFired) fire(i, v, now);
+            if (result == kTriggerFired) {
+                fire(i, v, now);
+                // Triggers added meanwhile (from that modal loop) may have moved the array;
+                // they are evaluated from the next step.
+                hot = m_hot.data();
+            }
         }
+        m_inStep = false;
     }
     ++m_steps;
     return m_steps % kRebuildEvery == 0;

@@ -179,6 +179,7 @@ private:
     std::vector<SlotView> m_view;
     std::vector<Slot> m_slots;
     std::uint64_t m_steps = 0;
+    bool m_inStep = false;  // under the trigger lock
 
     LocalTriggerDisplay m_display;
     int m_selection = -1;

@@ -143,8 +143,7 @@ void LocalTriggerWindow::onStep() {
 
 void LocalTriggerWindow::scheduleRebuild() {
     // Many adds in a row (a batch, or adds from another thread) cost one rebuild.
-    if (m_rebuildQueued) return;
-    m_rebuildQueued = true;
+    if (m_rebuildQueued.exchange(true)) return;
     QMetaObject::invokeMethod(this, [this] { rebuild(); }, Qt::QueuedConnection);
 }
 

@@ -14,6 +14,7 @@
 #pragma once
 
 #include <QWidget>
+#include <atomic>
 #include <memory>
 
 #include "app/local_trigger_centre.h"
@@ -72,6 +73,6 @@ private:
     QPushButton* m_export;
     QTimer* m_timer;
     std::string m_headings;
-    bool m_rebuildQueued = false;
+    std::atomic<bool> m_rebuildQueued{false};  // set from adding threads
     bool m_placed = false;
 };
