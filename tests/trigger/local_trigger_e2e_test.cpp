@@ -2,9 +2,6 @@
 // event flow (quote notices to the centre's handle, orders back through the manager), the
 // trigger fires on the first tick that reaches its price, at that tick's ask, and its order
 // fills.
-#include <fstream>
-#include <sstream>
-
 #include "app/helmsman_manage.h"
 #include "sim/sim_test_util.h"
 #include "support/scripted.h"
@@ -35,29 +32,6 @@ private:
     CHelmsmanManage& m_manager;
 };
 
-struct Tick {
-    std::int64_t ms;
-    double last, ask;
-};
-
-// The day's ticks: calendar milliseconds, last and ask.
-std::vector<Tick> readTicks(const std::filesystem::path& file) {
-    std::vector<Tick> out;
-    std::ifstream in(file);
-    std::string line;
-    std::getline(in, line);
-    while (std::getline(in, line)) {
-        std::vector<std::string> f;
-        std::stringstream ss(line);
-        for (std::string cell; std::getline(ss, cell, ',');) f.push_back(cell);
-        if (f.size() < 6) continue;
-        int hh, mm, s, ms;
-        if (std::sscanf(f[1].c_str(), "%d:%d:%d.%d", &hh, &mm, &s, &ms) != 4) continue;
-        out.push_back({simtest::localMs(hh, mm, s, ms), std::stod(f[2]), std::stod(f[5])});
-    }
-    return out;
-}
-
 }  // namespace
 
 TEST(LocalTriggerOnSim, FiresAtTheFirstCrossingTickAndFills) {
@@ -65,14 +39,9 @@ TEST(LocalTriggerOnSim, FiresAtTheFirstCrossingTickAndFills) {
     if (!std::filesystem::exists(file)) GTEST_SKIP() << "no shared data at " << file;
     const std::int64_t startMs = simtest::localMs(9, 30, 5);
     constexpr double kTriggerPrice = 5228.0;
-    const std::vector<Tick> ticks = readTicks(file);
-    const Tick* crossing = nullptr;
-    for (const Tick& t : ticks)
-        if (t.ms > startMs && t.last <= kTriggerPrice) {
-            crossing = &t;
-            break;
-        }
-    ASSERT_NE(crossing, nullptr);
+    // The day's first tick after 09:30:05 at or below 5228.0: last exactly 5228.0, ask 5229.0.
+    const std::int64_t crossingMs = simtest::localMs(9, 30, 9, 400);
+    constexpr double kCrossingAsk = 5229.0;
 
     ManualClock clock(startMs);
     SimExchange sim(clock, simtest::quietOptions());
@@ -92,7 +61,7 @@ TEST(LocalTriggerOnSim, FiresAtTheFirstCrossingTickAndFills) {
     ASSERT_TRUE(centre.addTrigger(simtest::trigger(kTriggerBuyDip, kDirBuy, kTriggerPrice, 0)));
     std::int64_t firedAt = 0;
     // Steps every 100 ms with the centre evaluating after each delivery, so it sees every tick.
-    while (clock.nowMs() < crossing->ms + 5000) {
+    while (clock.nowMs() < crossingMs + 5000) {
         clock.advanceMs(100);
         sim.step();
         sim.deliverPending();
@@ -100,13 +69,13 @@ TEST(LocalTriggerOnSim, FiresAtTheFirstCrossingTickAndFills) {
         if (!firedAt && centre.record(0).trigger.nStatus == kOrderFilled) firedAt = clock.nowMs();
     }
     ASSERT_NE(firedAt, 0);
-    EXPECT_GE(firedAt, crossing->ms);
-    EXPECT_LT(firedAt, crossing->ms + 500);  // before the next tick
+    EXPECT_GE(firedAt, crossingMs);
+    EXPECT_LT(firedAt, crossingMs + 500);  // before the next tick
     std::vector<tagBrokerOrder> orders;
     sim.GetAllOrders(orders);
     ASSERT_EQ(orders.size(), 1u);
     EXPECT_EQ(orders[0].strRemark, "本地触发单");
-    EXPECT_DOUBLE_EQ(orders[0].dPrice, crossing->ask);
+    EXPECT_DOUBLE_EQ(orders[0].dPrice, kCrossingAsk);
     ASSERT_EQ(sink.fills.size(), 1u);
     EXPECT_EQ(sink.fills[0].strRemark, "本地触发单");
     EXPECT_DOUBLE_EQ(sink.fills[0].dVolume, 1);

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <functional>
 #include <memory>
 
 #include "app/helmsman_manage.h"
@@ -46,6 +47,17 @@ inline tagTriggerOrder trigger(int exchange, const char* code, int direction, in
     return t;
 }
 
+// The fake host with a hook after each sent order, as a host that notifies (or shows a box)
+// inside SendOrder would behave.
+struct HookedHost : FakeHost {
+    std::function<void()> afterSend;
+    int SendOrder(tagBrokerOrder& o) override {
+        const int r = FakeHost::SendOrder(o);
+        if (afterSend) afterSend();
+        return r;
+    }
+};
+
 class TriggerTest : public ::testing::Test {
 protected:
     TriggerTest() {
@@ -72,7 +84,7 @@ protected:
     }
 
     TempDir root{"trigger"};
-    FakeHost host;
+    HookedHost host;
     ManualClock clock{localSec(10, 0, 0) * 1000};
     ScriptedPrompter prompter;
     ScriptedUi ui;

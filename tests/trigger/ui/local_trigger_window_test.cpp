@@ -49,6 +49,12 @@ TEST_F(WindowTest, TheFirstAddBuildsTheCentreHiddenAndItWatchesAtOnce) {
     window->close();  // hides; the triggers stay
     EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(manager.existingLocalTriggerCentre(), window);
+
+    delete window;  // with its owner: subscriptions given back, the manager forgets it
+    window = nullptr;
+    EXPECT_EQ(host.callsStartingWith("Unsubscribe").size(), 1u);
+    EXPECT_EQ(manager.existingLocalTriggerCentre(), nullptr);
+    EXPECT_TRUE(manager.registeredWindows().empty());
 }
 
 TEST_F(WindowTest, TheListKeepsItsSelectionAndCancelsWhatIsSelected) {
@@ -86,14 +92,4 @@ TEST_F(WindowTest, TheListKeepsItsSelectionAndCancelsWhatIsSelected) {
     EXPECT_EQ(prompter.boxes.size(), 1u);
     EXPECT_EQ(list->rowCount(), 3);  // only waiting ones are shown
     EXPECT_EQ(window->core().record(2).trigger.nStatus, kOrderCancelled);
-}
-
-TEST_F(WindowTest, DestroyingTheCentreGivesBackItsSubscriptions) {
-    manager.addLocalTrigger(trigger(0, "cu2102", kDirBuy, 0, 100), nullptr);
-    manager.addLocalTrigger(trigger(3, "IF2101", kDirBuy, 0, 100), nullptr);
-    delete window;
-    window = nullptr;
-    EXPECT_EQ(host.callsStartingWith("Unsubscribe").size(), 2u);
-    EXPECT_EQ(manager.existingLocalTriggerCentre(), nullptr);
-    EXPECT_TRUE(manager.registeredWindows().empty());
 }
