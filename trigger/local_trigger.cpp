@@ -124,6 +124,7 @@ void CLocalTrigger::subscribe(const std::vector<std::uint32_t>& newSlots) {
         tagSymbol symbol;
         {
             std::lock_guard quoteLock(m_quoteLock);
+            if (m_closing) return;  // everything was given back already
             symbol = m_slots[slot].symbol;
         }
         tagSubscribeBlock block{1, &symbol};
