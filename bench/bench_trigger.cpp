@@ -28,15 +28,21 @@ void* operator new(std::size_t size) {
     if (void* p = std::malloc(size ? size : 1)) return p;
     throw std::bad_alloc();
 }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+void operator delete(void* p) noexcept {
+    std::free(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+    std::free(p);
+}
 
 namespace {
 
 constexpr int kTriggers = 10000;
 constexpr int kSymbols = 13;
 
-std::string symbolCode(int i) { return "cu21" + std::to_string(10 + i); }
+std::string symbolCode(int i) {
+    return "cu21" + std::to_string(10 + i);
+}
 
 std::int64_t tenOClockMs() {
     std::tm tm{};
@@ -91,8 +97,8 @@ void BM_StepOverWaitingTriggers(benchmark::State& state) {
     if (!desk.host.sent.empty()) state.SkipWithError("a trigger fired");
     // Seconds per waiting trigger: "3.2n" reads 3.2 ns.
     state.counters["per_trigger"] = benchmark::Counter(
-        static_cast<double>(kTriggers), benchmark::Counter::kIsIterationInvariantRate |
-                                            benchmark::Counter::kInvert);
+        static_cast<double>(kTriggers),
+        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
     state.counters["allocs_per_step"] = allocations / static_cast<double>(steps);
 }
 BENCHMARK(BM_StepOverWaitingTriggers);

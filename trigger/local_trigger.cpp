@@ -32,15 +32,24 @@ std::int8_t triggerKind(std::int32_t direction, std::int32_t type) {
 
 const char* triggerResultText(int code) {
     switch (code) {
-        case kTriggerBadDirection: return trigger_text::kBadDirection;
-        case kTriggerBadType: return trigger_text::kBadTriggerType;
-        case kTriggerNoLastPrice: return trigger_text::kNoLastPrice;
-        case kTriggerNoQuote: return trigger_text::kNoQuote;
-        case kTriggerNotTrading: return trigger_text::kNotTrading;
-        case kTriggerExpired: return trigger_text::kExpired;
-        case kTriggerNotStarted: return trigger_text::kNotStarted;
-        case kTriggerNotEvaluated: return "";
-        default: return trigger_text::kNormal;
+        case kTriggerBadDirection:
+            return trigger_text::kBadDirection;
+        case kTriggerBadType:
+            return trigger_text::kBadTriggerType;
+        case kTriggerNoLastPrice:
+            return trigger_text::kNoLastPrice;
+        case kTriggerNoQuote:
+            return trigger_text::kNoQuote;
+        case kTriggerNotTrading:
+            return trigger_text::kNotTrading;
+        case kTriggerExpired:
+            return trigger_text::kExpired;
+        case kTriggerNotStarted:
+            return trigger_text::kNotStarted;
+        case kTriggerNotEvaluated:
+            return "";
+        default:
+            return trigger_text::kNormal;
     }
 }
 

@@ -140,10 +140,10 @@ private:
         std::int64_t tStart;
         std::int64_t tExpiry;
         double dTriggerPrice;
-        std::uint32_t slot;    // quote cache entry
-        std::int8_t kind;      // fires at or below (0), at or above (1), or a result code
-        std::int8_t status;    // the record's status
-        std::int8_t result;    // the last evaluation's code
+        std::uint32_t slot;  // quote cache entry
+        std::int8_t kind;    // fires at or below (0), at or above (1), or a result code
+        std::int8_t status;  // the record's status
+        std::int8_t result;  // the last evaluation's code
         std::int8_t pad = 0;
     };
     // One symbol of the quote cache.

@@ -3,10 +3,10 @@
 #include <cstdio>
 #include <ctime>
 
+#include "app/column_layout.h"
 #include "app/helmsman_manage.h"
 #include "app/profile_ini.h"
 #include "host/codes.h"
-#include "app/column_layout.h"
 #include "host/gbk_codec.h"
 #include "host/number_text.h"
 #include "trigger/local_trigger.h"
@@ -33,15 +33,22 @@ std::string volumeText(double v) {
 
 bool passesShowType(int showType, std::int32_t status) {
     switch (showType) {
-        case 0: return true;
-        case 1: return status == kOrderWaitTrigger;
-        case 2: return status == kOrderCancelled;
-        case 3: return status == kOrderFilled;
-        default: return false;
+        case 0:
+            return true;
+        case 1:
+            return status == kOrderWaitTrigger;
+        case 2:
+            return status == kOrderCancelled;
+        case 3:
+            return status == kOrderFilled;
+        default:
+            return false;
     }
 }
 
-int flag(int v) { return v ? 1 : 0; }
+int flag(int v) {
+    return v ? 1 : 0;
+}
 
 }  // namespace
 

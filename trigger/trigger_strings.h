@@ -11,14 +11,14 @@ inline constexpr const char* kComment = "本地触发单";
 inline constexpr const char* kNoContract = "找不到%s的合约信息，不能进行本地触发单操作!";
 
 // Status texts of an evaluation, by result code.
-inline constexpr const char* kBadDirection = "买卖类型出错";   // -7
-inline constexpr const char* kBadTriggerType = "触发类型出错";  // -6
-inline constexpr const char* kNoLastPrice = "无最新价格";       // -5
-inline constexpr const char* kNoQuote = "无有效行情数据";       // -4
-inline constexpr const char* kNotTrading = "非交易时间段";      // -3
-inline constexpr const char* kExpired = "触发单已经过期";       // -2
+inline constexpr const char* kBadDirection = "买卖类型出错";      // -7
+inline constexpr const char* kBadTriggerType = "触发类型出错";    // -6
+inline constexpr const char* kNoLastPrice = "无最新价格";         // -5
+inline constexpr const char* kNoQuote = "无有效行情数据";         // -4
+inline constexpr const char* kNotTrading = "非交易时间段";        // -3
+inline constexpr const char* kExpired = "触发单已经过期";         // -2
 inline constexpr const char* kNotStarted = "触发单启动时间未到";  // -1
-inline constexpr const char* kNormal = "正常";                   // 0, 1 and anything else
+inline constexpr const char* kNormal = "正常";                    // 0, 1 and anything else
 
 // The list.
 inline constexpr const char* kColumns =

@@ -50,14 +50,12 @@ const EvalCase kCases[] = {
     {"ex0AfterBreak", 0, "cu2102", 10, 30, 4, true, 100, 0, 0, B, 0, 100, 0, 0, 0, 1, 101},
     {"ex0MorningLast", 0, "cu2102", 11, 29, 55, true, 100, 0, 0, B, 0, 100, 0, 0, 0, 1, 101},
     {"ex0MorningEnd", 0, "cu2102", 11, 29, 56, true, 100, 0, 0, B, 0, 100, 0, 0, 0, -3, 0},
-    {"ex0MorningEndPlusOne", 0, "cu2102", 11, 29, 57, true, 100, 0, 0, B, 0, 100, 0, 0, 0, -3,
-     0},
+    {"ex0MorningEndPlusOne", 0, "cu2102", 11, 29, 57, true, 100, 0, 0, B, 0, 100, 0, 0, 0, -3, 0},
     {"ex0Afternoon", 0, "cu2102", 13, 30, 4, true, 100, 0, 0, B, 0, 100, 0, 0, 0, 1, 101},
     {"ex0CloseEdge", 0, "cu2102", 14, 59, 56, true, 100, 0, 0, B, 0, 100, 0, 0, 0, -3, 0},
     {"ex0PreOpenFallback1", 0, "cu2102", 8, 57, 0, true, 0, 99, 98, B, 0, 100, 0, 0, 0, 1, 101},
     {"ex0PreOpenEdge", 0, "cu2102", 8, 55, 3, true, 100, 0, 0, B, 0, 100, 0, 0, 0, -3, 0},
-    {"ex0BetweenPreOpenAndOpen", 0, "cu2102", 8, 59, 0, true, 100, 0, 0, B, 0, 100, 0, 0, 0, -3,
-     0},
+    {"ex0BetweenPreOpenAndOpen", 0, "cu2102", 8, 59, 0, true, 100, 0, 0, B, 0, 100, 0, 0, 0, -3, 0},
     // Exchange 3: the 09:15 open and its lunch.
     {"ex3PreOpenFallback1", 3, "IF2101", 9, 12, 0, true, 0, 99, 101, B, 0, 100, 0, 0, 0, 1, 101},
     {"ex3PreOpenFallback2", 3, "IF2101", 9, 12, 0, true, 0, 0, 99, B, 0, 100, 0, 0, 0, 1, 101},
@@ -99,9 +97,10 @@ TEST_P(EvalTest, GivesTheResultAndFiresAtTheRightPrice) {
     if (c.expiryOffset) t.tExpiry = now + c.expiryOffset;
     ASSERT_TRUE(centre->addTrigger(t));
     if (c.hasQuote) {
-        IModuleFutureTrader::ITickEx q =
-            TickBuilder(static_cast<std::uint16_t>(c.exchange), c.code).bid(99, 5).ask(101, 5).last(
-                c.last);
+        IModuleFutureTrader::ITickEx q = TickBuilder(static_cast<std::uint16_t>(c.exchange), c.code)
+                                             .bid(99, 5)
+                                             .ask(101, 5)
+                                             .last(c.last);
         q.dPreOpenPrice1 = c.pre1;
         q.dPreOpenPrice2 = c.pre2;
         quote(q);
@@ -132,9 +131,16 @@ INSTANTIATE_TEST_SUITE_P(Table, EvalTest, ::testing::ValuesIn(kCases),
 
 TEST(TriggerResultText, EveryCodeHasItsText) {
     const std::pair<int, const char*> texts[] = {
-        {-7, "买卖类型出错"}, {-6, "触发类型出错"},       {-5, "无最新价格"},
-        {-4, "无有效行情数据"}, {-3, "非交易时间段"},     {-2, "触发单已经过期"},
-        {-1, "触发单启动时间未到"}, {0, "正常"}, {1, "正常"}, {42, "正常"},
+        {-7, "买卖类型出错"},
+        {-6, "触发类型出错"},
+        {-5, "无最新价格"},
+        {-4, "无有效行情数据"},
+        {-3, "非交易时间段"},
+        {-2, "触发单已经过期"},
+        {-1, "触发单启动时间未到"},
+        {0, "正常"},
+        {1, "正常"},
+        {42, "正常"},
         {kTriggerNotEvaluated, ""},
     };
     for (const auto& [code, text] : texts) EXPECT_STREQ(triggerResultText(code), text) << code;

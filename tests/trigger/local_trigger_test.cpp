@@ -21,20 +21,21 @@ TEST_F(TriggerTest, AnUnknownContractIsRefusedSilently) {
     EXPECT_TRUE(host.subscriptions.empty());
     EXPECT_TRUE(prompter.boxes.empty());
     // The batch path keeps the known ones and still answers true.
-    EXPECT_TRUE(centre->addTriggers({trigger(0, "zz9999", kDirBuy, 0, 100),
-                                     trigger(0, "cu2102", kDirBuy, 0, 100)}));
+    EXPECT_TRUE(centre->addTriggers(
+        {trigger(0, "zz9999", kDirBuy, 0, 100), trigger(0, "cu2102", kDirBuy, 0, 100)}));
     EXPECT_EQ(centre->size(), 1u);
 }
 
 TEST_F(TriggerTest, EachSymbolIsSubscribedOnceAndReleasedOnClose) {
     centre->addTrigger(trigger(0, "cu2102", kDirBuy, 0, 100));
-    centre->addTriggers({trigger(0, "cu2102", kDirSell, 1, 200), trigger(3, "IF2101", kDirBuy, 0, 1)});
+    centre->addTriggers(
+        {trigger(0, "cu2102", kDirSell, 1, 200), trigger(3, "IF2101", kDirBuy, 0, 1)});
     EXPECT_EQ(host.callsStartingWith("Subscribe").size(), 2u);
     const std::string h = std::to_string(centre->handle());
     centre.reset();
-    EXPECT_EQ(host.callsStartingWith("Unsubscribe"),
-              (std::vector<std::string>{"Unsubscribe " + h + " cu2102",
-                                        "Unsubscribe " + h + " IF2101"}));
+    EXPECT_EQ(
+        host.callsStartingWith("Unsubscribe"),
+        (std::vector<std::string>{"Unsubscribe " + h + " cu2102", "Unsubscribe " + h + " IF2101"}));
 }
 
 TEST_F(TriggerTest, NoticesUpdateOnlyCachedSymbolsAndAreRefusedAfterClose) {

@@ -24,7 +24,9 @@ namespace {
 
 using namespace trigger_text;
 
-QString qs(const char* s) { return QString::fromUtf8(s); }
+QString qs(const char* s) {
+    return QString::fromUtf8(s);
+}
 
 // The save dialog's filter, from the "title|pattern||" form the texts keep.
 QString saveFilter() {
@@ -144,7 +146,8 @@ void LocalTriggerWindow::onStep() {
 void LocalTriggerWindow::scheduleRebuild() {
     // Many adds in a row (a batch, or adds from another thread) cost one rebuild.
     if (m_rebuildQueued.exchange(true)) return;
-    QMetaObject::invokeMethod(this, [this] { rebuild(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { rebuild(); }, Qt::QueuedConnection);
 }
 
 void LocalTriggerWindow::rebuild() {
@@ -169,7 +172,8 @@ void LocalTriggerWindow::rebuild() {
         if (row.index == m_core->selection()) reselect = row.index;
     }
     if (sortColumn >= 0) m_list->SortByColumn(sortColumn, ascending);
-    if (reselect >= 0) m_list->selectRow(m_list->FindItemData(static_cast<std::uint64_t>(reselect) + 1));
+    if (reselect >= 0)
+        m_list->selectRow(m_list->FindItemData(static_cast<std::uint64_t>(reselect) + 1));
     m_list->blockSignals(false);
     m_list->setUpdatesEnabled(true);
     if (m_list->verticalScrollBar()) m_list->verticalScrollBar()->setValue(vscroll);

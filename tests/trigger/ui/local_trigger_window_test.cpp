@@ -1,5 +1,7 @@
 // The centre's window, offscreen: built hidden and stepping, shown on demand, the list and
 // its selection through a rebuild, the cancel command, and what it gives back when destroyed.
+#include "trigger/ui/local_trigger_window.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QTimer>
@@ -7,7 +9,6 @@
 #include "../trigger_fixture.h"
 #include "host/ui/sort_list_ctrl.h"
 #include "support/qt_app.h"
-#include "trigger/ui/local_trigger_window.h"
 
 using namespace trigtest;
 
