@@ -163,6 +163,40 @@ int CHelmsmanManage::submitBatch(std::vector<tagBrokerOrder>& orders, bool confi
     return 1;
 }
 
+// ---- The single local trigger centre -----------------------------------------------------
+
+void CHelmsmanManage::setLocalTriggerFactory(LocalTriggerFactory factory) {
+    m_localTriggerFactory = std::move(factory);
+}
+
+ILocalTriggerCentre* CHelmsmanManage::localTriggerCentre() {
+    if (!m_localTrigger && m_localTriggerFactory) m_localTrigger = m_localTriggerFactory();
+    return m_localTrigger;
+}
+
+void CHelmsmanManage::localTriggerCentreGone(ILocalTriggerCentre* centre) {
+    if (m_localTrigger == centre) m_localTrigger = nullptr;
+}
+
+bool CHelmsmanManage::addLocalTrigger(const tagTriggerOrder& trigger,
+                                      const tagAlgoSetting* options) {
+    ILocalTriggerCentre* centre = localTriggerCentre();
+    return centre && centre->addTrigger(trigger, options);
+}
+
+bool CHelmsmanManage::addLocalTriggers(const std::vector<tagTriggerOrder>& triggers,
+                                       const tagAlgoSetting* options) {
+    ILocalTriggerCentre* centre = localTriggerCentre();
+    return centre && centre->addTriggers(triggers, options);
+}
+
+bool CHelmsmanManage::openLocalTrigger() {
+    ILocalTriggerCentre* centre = localTriggerCentre();
+    if (!centre) return false;
+    centre->showCentre();
+    return true;
+}
+
 // ---- Symbol links ------------------------------------------------------------------------
 
 bool CHelmsmanManage::claimLinkRefusal(const tagSymbol& symbol) {

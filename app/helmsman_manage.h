@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -19,6 +20,7 @@
 #include <vector>
 
 #include "algo/algo_setting.h"
+#include "app/local_trigger_centre.h"
 #include "app/module_ui.h"
 #include "app/settings.h"
 #include "host/clock.h"
@@ -110,6 +112,22 @@ public:
     // A ticket switched to a linked symbol: the next refusal is announced again.
     void linkAccepted() { m_linkRefused = tagSymbol{}; }
 
+    // ---- The single local trigger centre ---------------------------------------------
+    // Builds the centre when the first trigger arrives or the centre is opened. The centre
+    // is not owned: it lives with its window and says so when it goes (localTriggerCentreGone).
+    using LocalTriggerFactory = std::function<ILocalTriggerCentre*()>;
+    void setLocalTriggerFactory(LocalTriggerFactory factory);
+    // The centre, built hidden on first use; nullptr when no factory is installed.
+    ILocalTriggerCentre* localTriggerCentre();
+    ILocalTriggerCentre* existingLocalTriggerCentre() const { return m_localTrigger; }
+    void localTriggerCentreGone(ILocalTriggerCentre* centre);
+    // The creators' entry points: false when there is no centre or the contract is unknown.
+    bool addLocalTrigger(const tagTriggerOrder& trigger, const tagAlgoSetting* options);
+    bool addLocalTriggers(const std::vector<tagTriggerOrder>& triggers,
+                          const tagAlgoSetting* options);
+    // Shows the centre, building it first if needed. False when it cannot be built.
+    bool openLocalTrigger();
+
     // ---- Settings --------------------------------------------------------------------
     const HelmsmanSettings& settings() const { return m_settings; }
     std::filesystem::path profilePath() const { return userFile("Profile.ini"); }
@@ -146,6 +164,9 @@ private:
 
     std::vector<tagBargainOrder> m_noticeFills;
     tagSymbol m_linkRefused;  // the symbol whose refused link was last announced
+
+    LocalTriggerFactory m_localTriggerFactory;
+    ILocalTriggerCentre* m_localTrigger = nullptr;
 
     std::recursive_mutex m_mapMutex;
     std::map<std::string, std::shared_ptr<void>> m_entries;

@@ -14,6 +14,7 @@
 #include "app/ui/window_placement.h"
 #include "order/ui/order_ticket_window.h"
 #include "order/ui/qt_module_ui.h"
+#include "trigger/ui/local_trigger_window.h"
 
 namespace {
 
@@ -44,7 +45,7 @@ QtModuleUi& qtUi() {
 // Exports whose tool this build opens. The others answer with their neutral value.
 constexpr std::string_view kAvailable[] = {
     "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange", "OpenHelmsman",
-    "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",
+    "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",    "OpenLocalTrigger",
 };
 
 }  // namespace
@@ -58,6 +59,7 @@ void InitHelmsman(std::uint32_t hParent, CSubscibeManage* facade, const char* ro
             manager().setPrompter(&qtPrompter());
             manager().setUi(&qtUi());
             manager().init(hParent, facade, text(rootDir), text(userName), hostValue);
+            manager().setLocalTriggerFactory([] { return new LocalTriggerWindow(manager()); });
             window_placement::adoptHostWindow(hParent);
             return 0;
         },
@@ -118,7 +120,9 @@ int OpenFastExit(const tagOpenedPosition*, const char*) { return 0; }
 int OpenStopTrigger(const tagOpenedPosition*, int, const char*) { return 0; }
 int OpenSpreadTrader() { return 0; }
 int OpenManualSpread() { return 0; }
-int OpenLocalTrigger() { return 0; }
+int OpenLocalTrigger() {
+    return guarded([] { return manager().openLocalTrigger() ? 1 : 0; }, 0);
+}
 int DeleteTriggerOrders(const void*) { return 0; }
 int OpenAMTOrder() { return 0; }
 int FilledOrderStatistics() { return 0; }
