@@ -3,11 +3,13 @@
 // and the fill reaches the fill notice.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
+
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLibrary>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTimer>
@@ -96,77 +98,6 @@ const Exports& addin() {
     return x;
 }
 
-TEST(AddinEndToEnd, PlainOrderFillsAndIsAnnounced) {
-    testApp();
-    const Exports& x = addin();
-    ASSERT_TRUE(x.init && x.dataChange && x.logonChange && x.sendMessage && x.useClock &&
-                x.showConfirmOrder && x.openHelmsman);
-
-    // The user wants fill notices.
-    const TempDir root("helmsman_addin_e2e");
-    writeFileBytes(root / "user" / "e2e" / "Profile.ini", "[Helmsman]\r\nbShowFilledOrder=1\r\n");
-
-    ManualClock clock(todayAt(10, 0));
-    SimExchange sim(clock);
-    Forwarder forwarder(x);
-    sim.setEventSink(&forwarder);
-    x.useClock(&clock);
-    x.init(1, &sim, root.string().c_str(), "e2e", 0);
-
-    std::vector<tagAccoutInfo> accounts;
-    sim.GetAvailableAccounts(accounts);
-    ASSERT_FALSE(accounts.empty());
-    const tagSymbol symbol{3, "IF2101"};
-    sim.step();  // one quote round: a live book to trade against
-    sim.deliverPending();
-    IModuleFutureTrader::ITickEx quote;
-    ASSERT_TRUE(sim.GetMarketQuote(symbol, quote));
-    ASSERT_GT(quote.dAsk, 0);
-
-    tagBrokerOrder order;
-    order.strAccountID = accounts[0].strAccountID;
-    order.strBrokerID = accounts[0].strBrokerID;
-    order.nExchangeID = symbol.wExchangeID;
-    order.strCode = order.strSymbolText = symbol.strCode;
-    order.nDirection = kDirBuy;
-    order.dVolume = 1;
-    order.dPrice = quote.dAsk;  // at the touch: fills against the book
-    order.nOpenClose = kOpen;
-    order.tCreateTime = clock.now();
-    EXPECT_EQ(x.showConfirmOrder(&order, 0, "舵手", nullptr), 1);
-    EXPECT_EQ(order.strRemark, "舵手");
-    EXPECT_FALSE(order.strOrderID.empty());
-    // Nothing arrives inside the facade call; it comes through the host's loop.
-    EXPECT_TRUE(forwarder.statuses.empty());
-
-    for (int i = 0; i < 5; ++i) {
-        sim.deliverPending();
-        testApp().processEvents();
-    }
-    ASSERT_FALSE(forwarder.statuses.empty());
-    EXPECT_EQ(forwarder.statuses.back(), kOrderFilled);
-    EXPECT_NE(std::find(forwarder.statuses.begin(), forwarder.statuses.end(), kOrderQueued),
-              forwarder.statuses.end());
-    EXPECT_EQ(forwarder.fills, 1);
-    tagBrokerOrder after;
-    ASSERT_TRUE(sim.GetOrder(after, order.strAccountID, order.strBrokerID, order.strOrderID));
-    EXPECT_EQ(after.nStatus, kOrderFilled);
-    EXPECT_EQ(after.strRemark, "舵手");
-    tagOpenedPosition position;
-    ASSERT_TRUE(sim.GetPosition(position, order.strAccountID, order.strBrokerID, symbol));
-    EXPECT_EQ(position.dLong, 1);
-
-    EXPECT_NE(visibleWindowTitled(confirm_text::kFillWindowTitle), nullptr);
-
-    sim.setEventSink(nullptr);
-    x.init(1, nullptr, root.string().c_str(), "e2e", 0);  // let go of the exchange
-    for (QWidget* w : QApplication::topLevelWidgets()) w->close();
-}
-
-}  // namespace
-
-namespace {
-
 QWidget* topLevelNamed(const char* objectName) {
     for (QWidget* w : QApplication::topLevelWidgets())
         if (w->isVisible() && w->objectName() == QLatin1String(objectName)) return w;
@@ -196,33 +127,102 @@ void acceptConfirmationWhenShown(int* accepted) {
     });
 }
 
+// The add-in initialised on a simulated exchange, for a user whose Profile.ini the test
+// writes; torn down as the host would, windows closed and the exchange let go.
+class AddinEndToEnd : public ::testing::Test {
+protected:
+    void SetUp() override {
+        testApp();
+        ASSERT_TRUE(x.init && x.dataChange && x.logonChange && x.sendMessage && x.useClock &&
+                    x.showConfirmOrder && x.openHelmsman);
+    }
+    void start(const std::string& profile, int hour, int minute) {
+        writeFileBytes(root / "user" / "e2e" / "Profile.ini", "[Helmsman]\r\n" + profile);
+        clock = std::make_unique<ManualClock>(todayAt(hour, minute));
+        sim = std::make_unique<SimExchange>(*clock);
+        sim->setEventSink(&forwarder);
+        x.useClock(clock.get());
+        x.init(1, sim.get(), root.string().c_str(), "e2e", 0);
+        sim->step();  // one quote round: a live book to trade against
+        pump();
+    }
+    void TearDown() override {
+        if (QWidget* ticket = topLevelNamed("orderTicket")) ticket->close();
+        testApp().processEvents();
+        if (sim) sim->setEventSink(nullptr);
+        x.init(1, nullptr, root.string().c_str(), "e2e", 0);  // let go of the exchange
+        for (QWidget* w : QApplication::topLevelWidgets()) w->close();
+    }
+    // Events through the host's loop, a few rounds.
+    void pump() {
+        for (int k = 0; k < 3; ++k) {
+            sim->deliverPending();
+            testApp().processEvents();
+        }
+    }
+    std::vector<tagAccoutInfo> accounts() {
+        std::vector<tagAccoutInfo> out;
+        sim->GetAvailableAccounts(out);
+        return out;
+    }
+
+    const Exports& x = addin();
+    const TempDir root{"helmsman_addin_e2e"};
+    Forwarder forwarder{x};
+    std::unique_ptr<ManualClock> clock;
+    std::unique_ptr<SimExchange> sim;
+};
+
+TEST_F(AddinEndToEnd, PlainOrderFillsAndIsAnnounced) {
+    start("bShowFilledOrder=1\r\n", 10, 0);
+    const auto accts = accounts();
+    ASSERT_FALSE(accts.empty());
+    const tagSymbol symbol{3, "IF2101"};
+    IModuleFutureTrader::ITickEx quote;
+    ASSERT_TRUE(sim->GetMarketQuote(symbol, quote));
+    ASSERT_GT(quote.dAsk, 0);
+
+    tagBrokerOrder order;
+    order.strAccountID = accts[0].strAccountID;
+    order.strBrokerID = accts[0].strBrokerID;
+    order.nExchangeID = symbol.wExchangeID;
+    order.strCode = order.strSymbolText = symbol.strCode;
+    order.nDirection = kDirBuy;
+    order.dVolume = 1;
+    order.dPrice = quote.dAsk;  // at the touch: fills against the book
+    order.nOpenClose = kOpen;
+    order.tCreateTime = clock->now();
+    forwarder.statuses.clear();
+    EXPECT_EQ(x.showConfirmOrder(&order, 0, "舵手", nullptr), 1);
+    EXPECT_EQ(order.strRemark, "舵手");
+    EXPECT_FALSE(order.strOrderID.empty());
+    // Nothing arrives inside the facade call; it comes through the host's loop.
+    EXPECT_TRUE(forwarder.statuses.empty());
+
+    pump();
+    ASSERT_FALSE(forwarder.statuses.empty());
+    EXPECT_EQ(forwarder.statuses.back(), kOrderFilled);
+    EXPECT_NE(std::find(forwarder.statuses.begin(), forwarder.statuses.end(), kOrderQueued),
+              forwarder.statuses.end());
+    EXPECT_EQ(forwarder.fills, 1);
+    tagBrokerOrder after;
+    ASSERT_TRUE(sim->GetOrder(after, order.strAccountID, order.strBrokerID, order.strOrderID));
+    EXPECT_EQ(after.strRemark, "舵手");
+    tagOpenedPosition position;
+    ASSERT_TRUE(sim->GetPosition(position, order.strAccountID, order.strBrokerID, symbol));
+    EXPECT_EQ(position.dLong, 1);
+    EXPECT_NE(visibleWindowTitled(confirm_text::kFillWindowTitle), nullptr);
+}
+
 // The whole path a trader takes: a ticket opened through the export, three buys at the ask
 // each confirmed in the confirmation window, three fills in the simulated book, one fill
 // notice holding all three in arrival order.
-TEST(AddinEndToEnd, TicketConfirmFillAndOneNoticeForThreeFills) {
-    testApp();
-    const Exports& x = addin();
-    ASSERT_TRUE(x.init && x.openHelmsman);
-
-    const TempDir root("helmsman_ticket_e2e");
-    writeFileBytes(root / "user" / "e2e" / "Profile.ini",
-                   "[Helmsman]\r\nbShowFilledOrder=1\r\nbShowNormalOrderConfirm=1\r\n"
-                   "bUseBidAskPrice=1\r\ndDefaultVolume=1\r\n");
-
-    ManualClock clock(todayAt(10, 30));
-    SimExchange sim(clock);
-    Forwarder forwarder(x);
-    sim.setEventSink(&forwarder);
-    x.useClock(&clock);
-    x.init(1, &sim, root.string().c_str(), "e2e", 0);
-    sim.step();
-    sim.deliverPending();
-
-    std::vector<tagAccoutInfo> accounts;
-    sim.GetAvailableAccounts(accounts);
-    ASSERT_FALSE(accounts.empty());
+TEST_F(AddinEndToEnd, TicketConfirmFillAndOneNoticeForThreeFills) {
+    start("bShowFilledOrder=1\r\nbShowNormalOrderConfirm=1\r\nbUseBidAskPrice=1\r\n"
+          "dDefaultVolume=1\r\n",
+          10, 30);
     tagHelmsmanPrefill prefill;
-    prefill.account = accounts[0];
+    prefill.account = accounts().at(0);
     prefill.symbol = tagSymbol{3, "IF2101"};
     ASSERT_EQ(x.openHelmsman(&prefill), 1);
     QWidget* ticket = topLevelNamed("orderTicket");
@@ -233,63 +233,33 @@ TEST(AddinEndToEnd, TicketConfirmFillAndOneNoticeForThreeFills) {
     const int rowsBefore = noticeRows();
     int accepted = 0;
     for (int i = 0; i < 3; ++i) {
-        clock.advanceMs(500);
-        sim.step();  // a fresh book; the ticket hears its quote through its window handle
-        for (int k = 0; k < 3; ++k) {
-            sim.deliverPending();
-            testApp().processEvents();
-        }
+        clock->advanceMs(500);
+        sim->step();  // a fresh book; the ticket hears its quote through its window handle
+        pump();
         acceptConfirmationWhenShown(&accepted);
         buy->click();  // returns once the confirmation was accepted and the order sent
-        for (int k = 0; k < 3; ++k) {
-            sim.deliverPending();
-            testApp().processEvents();
-        }
+        pump();
     }
     EXPECT_EQ(accepted, 3);
     EXPECT_EQ(forwarder.fills, 3);
 
     std::vector<tagBargainOrder> fills;
-    sim.GetAllBargains(fills);
+    sim->GetAllBargains(fills);
     ASSERT_EQ(fills.size(), 3u);
     for (const auto& f : fills) EXPECT_EQ(f.strRemark, "舵手");
     EXPECT_NE(visibleWindowTitled(confirm_text::kFillWindowTitle), nullptr);
     EXPECT_EQ(noticeRows(), rowsBefore + 3);
     std::vector<tagBrokerOrder> orders;
-    sim.GetAllOrders(orders);
+    sim->GetAllOrders(orders);
     ASSERT_EQ(orders.size(), 3u);
     for (const auto& o : orders) EXPECT_EQ(o.nStatus, kOrderFilled);
-
-    ticket->close();
-    testApp().processEvents();
-    sim.setEventSink(nullptr);
-    x.init(1, nullptr, root.string().c_str(), "e2e", 0);
-    for (QWidget* w : QApplication::topLevelWidgets()) w->close();
 }
 
 // The ticket against the exchange: accounts logged off when it opens and on again before the
 // press go where its box says, and an order the exchange refuses is explained on it.
-TEST(AddinEndToEnd, TicketShowsItsAccountAndExplainsARejection) {
-    testApp();
-    const Exports& x = addin();
-    ASSERT_TRUE(x.init && x.openHelmsman);
-    const TempDir root("helmsman_ticket_e2e_reject");
-    writeFileBytes(root / "user" / "e2e" / "Profile.ini",
-                   "[Helmsman]\r\nbShowNormalOrderConfirm=0\r\nbUseBidAskPrice=1\r\n");
-    ManualClock clock(todayAt(10, 30));
-    SimExchange sim(clock);
-    Forwarder forwarder(x);
-    sim.setEventSink(&forwarder);
-    x.useClock(&clock);
-    x.init(1, &sim, root.string().c_str(), "e2e", 0);
-    const auto pump = [&] {
-        for (int k = 0; k < 3; ++k) {
-            sim.deliverPending();
-            testApp().processEvents();
-        }
-    };
-    sim.step();
-    sim.logoffAll();
+TEST_F(AddinEndToEnd, TicketShowsItsAccountAndExplainsARejection) {
+    start("bShowNormalOrderConfirm=0\r\nbUseBidAskPrice=1\r\n", 10, 30);
+    sim->logoffAll();
     pump();
 
     tagHelmsmanPrefill prefill;
@@ -300,34 +270,26 @@ TEST(AddinEndToEnd, TicketShowsItsAccountAndExplainsARejection) {
     auto* account = ticket->findChild<QComboBox*>("account");
     EXPECT_EQ(account->currentIndex(), -1);
 
-    sim.logonAll();
+    sim->logonAll();
     pump();
-    std::vector<tagAccoutInfo> accounts;
-    sim.GetAvailableAccounts(accounts);
+    const auto accts = accounts();
     ASSERT_GE(account->count(), 1);
-    const QString shown = account->currentText();
-    EXPECT_TRUE(shown.startsWith(QString::fromStdString(accounts.at(0).strAccountID)));
+    EXPECT_TRUE(account->currentText().startsWith(QString::fromStdString(accts.at(0).strAccountID)));
 
-    sim.rejectNextOrders(1, "风控拒单");
-    clock.advanceMs(500);
-    sim.step();
+    sim->rejectNextOrders(1, "风控拒单");
+    clock->advanceMs(500);
+    sim->step();
     pump();
     ticket->findChild<QPushButton*>("buy")->click();
     pump();
     std::vector<tagBrokerOrder> orders;
-    sim.GetAllOrders(orders);
+    sim->GetAllOrders(orders);
     ASSERT_EQ(orders.size(), 1u);
-    EXPECT_EQ(orders[0].strAccountID, accounts[0].strAccountID);
+    EXPECT_EQ(orders[0].strAccountID, accts[0].strAccountID);
     EXPECT_EQ(orders[0].nStatus, kOrderRejected);
     const QString status = ticket->findChild<QLabel*>("status")->text();
     EXPECT_TRUE(status.startsWith(QString::fromUtf8("已废除："))) << status.toStdString();
     EXPECT_TRUE(status.contains(QString::fromUtf8("风控拒单"))) << status.toStdString();
-
-    ticket->close();
-    testApp().processEvents();
-    sim.setEventSink(nullptr);
-    x.init(1, nullptr, root.string().c_str(), "e2e", 0);
-    for (QWidget* w : QApplication::topLevelWidgets()) w->close();
 }
 
 }  // namespace

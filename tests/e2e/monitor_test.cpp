@@ -16,28 +16,14 @@
 #include "shell/desk_style.h"
 #include "shell/monitor_set.h"
 #include "sim/sim_exchange.h"
+#include "support/model_signals.h"
 #include "support/qt_app.h"
+#include "support/quote_builders.h"
 #include "support/scripted.h"
 
 namespace {
 
 const DecimalsOf kTwoDecimals = [](std::int32_t, const std::string&) { return 2; };
-
-// What a model signalled: rows named by dataChanged, rows inserted, resets.
-struct ModelSignals {
-    explicit ModelSignals(QAbstractItemModel& m) {
-        QObject::connect(
-            &m, &QAbstractItemModel::dataChanged,
-            [this](const QModelIndex& tl, const QModelIndex&) { changed.push_back(tl.row()); });
-        QObject::connect(
-            &m, &QAbstractItemModel::rowsInserted,
-            [this](const QModelIndex&, int first, int last) { inserted += last - first + 1; });
-        QObject::connect(&m, &QAbstractItemModel::modelReset, [this] { ++resets; });
-    }
-    std::vector<int> changed;
-    int inserted = 0;
-    int resets = 0;
-};
 
 RecordCell cell(const char* text, double number = std::numeric_limits<double>::quiet_NaN()) {
     RecordCell c;
@@ -194,13 +180,8 @@ protected:
     std::string rest(double volume = 1, double ticksBelow = 0) {
         IModuleFutureTrader::ITickEx q;
         m_exchange->GetMarketQuote({0, "rb2105"}, q);
-        tagBrokerOrder o;
-        o.strAccountID = "880001";
-        o.strBrokerID = "9999";
-        o.strCode = "rb2105";
-        o.nDirection = kDirBuy;
-        o.dVolume = volume;
-        o.dPrice = q.dLowerLimit + ticksBelow;
+        tagBrokerOrder o =
+            brokerOrder("880001", "rb2105", kDirBuy, volume, q.dLowerLimit + ticksBelow);
         EXPECT_EQ(m_exchange->SendOrder(o), 1) << o.strStatusMsg;
         m_clock.advanceMs(1000);
         return o.strOrderID;
@@ -287,13 +268,9 @@ TEST_F(MonitorTest, SortingByAColumnKeepsTheSelection) {
         applyDeskStyle(testApp());
         for (int i = 0; i < 6; ++i) rest(1 + i % 3, 3 + i * 4);
         m_exchange->rejectNextOrders(1, "可用资金不足，需要 8,802.00，可用 1,000.00");
-        tagBrokerOrder refused;
-        refused.strAccountID = "880001";
-        refused.strBrokerID = "9999";
-        refused.strCode = "rb2105";
-        refused.nDirection = kDirSell;
-        refused.dVolume = 9;
-        refused.dPrice = proxy("allOrders")->rowAt(0)->cells[kOrderColPrice].number;
+        tagBrokerOrder refused =
+            brokerOrder("880001", "rb2105", kDirSell, 9,
+                        proxy("allOrders")->rowAt(0)->cells[kOrderColPrice].number);
         m_exchange->SendOrder(refused);
         ASSERT_EQ(m_exchange->DeleteOrder("880001", "9999", cheap), 1);
         deliver();
@@ -369,13 +346,7 @@ TEST_F(MonitorTest, AFillAppendsAFillAndUpdatesItsPosition) {
     m_exchange->GetMarketQuote({0, "rb2105"}, q);
     ASSERT_TRUE(m_exchange->applyQuote(q));  // a round with volume at the touch
     deliver();
-    tagBrokerOrder o;
-    o.strAccountID = "880002";
-    o.strBrokerID = "9999";
-    o.strCode = "rb2105";
-    o.nDirection = kDirBuy;
-    o.dVolume = 1;
-    o.dPrice = q.dAsk;
+    tagBrokerOrder o = brokerOrder("880002", "rb2105", kDirBuy, 1, q.dAsk);
     ASSERT_EQ(m_exchange->SendOrder(o), 1);
     auto& positions = proxy("positions")->records();
     ModelSignals sig(positions);
@@ -394,13 +365,8 @@ TEST_F(MonitorTest, ContextMenuCopyAndGbkCsvExport) {
     const std::string a = rest();
     deliver();
     m_exchange->rejectNextOrders(1, "价格不合法, 请重新输入");
-    tagBrokerOrder bad;
-    bad.strAccountID = "880001";
-    bad.strBrokerID = "9999";
-    bad.strCode = "rb2105";
-    bad.nDirection = kDirSell;
-    bad.dVolume = 1;
-    bad.dPrice = proxy("allOrders")->rowAt(0)->cells[kOrderColPrice].number;
+    tagBrokerOrder bad = brokerOrder("880001", "rb2105", kDirSell, 1,
+                                     proxy("allOrders")->rowAt(0)->cells[kOrderColPrice].number);
     m_exchange->SendOrder(bad);
     deliver();
 

@@ -16,23 +16,13 @@
 #include "shell/quote_board_model.h"
 #include "shell/shell_options.h"
 #include "sim/sim_exchange.h"
+#include "support/model_signals.h"
 #include "support/qt_app.h"
 #include "support/quote_builders.h"
 
 namespace {
 
-// The rows a model's dataChanged named, and how many resets it signalled.
-struct ModelSignals {
-    explicit ModelSignals(QAbstractItemModel& m) {
-        QObject::connect(&m, &QAbstractItemModel::dataChanged,
-                         [this](const QModelIndex& tl, const QModelIndex&) { rows.push_back(tl.row()); });
-        QObject::connect(&m, &QAbstractItemModel::modelReset, [this] { ++resets; });
-    }
-    std::vector<int> rows;
-    int resets = 0;
-};
-
-TEST(ShellOptions, AcceptsEveryOptionAndDefaults) {
+TEST(ShellOptions, AcceptsEveryOptionInEveryForm) {
     ShellOptions o;
     QString error;
     ASSERT_TRUE(parseShellOptions({}, o, error));
@@ -51,6 +41,29 @@ TEST(ShellOptions, AcceptsEveryOptionAndDefaults) {
     EXPECT_EQ(o.openExports, (QStringList{"OpenHelmsman", "OpenLocalTrigger"}));
     EXPECT_EQ(o.screenshotDir, "/s");
     EXPECT_EQ(o.quitAfterMs, 3000);
+
+    const struct {
+        QStringList args;
+        QStringList ticks, opens;
+        bool help;
+    } forms[] = {
+        {{"--ticks=a.csv", "b.csv", "--user", "x"}, {"a.csv", "b.csv"}, {}, false},
+        {{"--ticks", "a.csv", "--ticks", "b.csv"}, {"a.csv", "b.csv"}, {}, false},
+        {{"--open", "A", "--open=B,C"}, {}, {"A", "B", "C"}, false},
+        {{"-h"}, {}, {}, true},
+        {{"--user", "x", "--help"}, {}, {}, true},
+    };
+    for (const auto& c : forms) {
+        SCOPED_TRACE(c.args.join(' ').toStdString());
+        ShellOptions f;
+        ASSERT_TRUE(parseShellOptions(c.args, f, error)) << error.toStdString();
+        EXPECT_EQ(f.tickFiles, c.ticks);
+        EXPECT_EQ(f.openExports, c.opens);
+        EXPECT_EQ(f.help, c.help);
+    }
+    for (const char* option : {"--root", "--user", "--market-time", "--ticks", "--open",
+                               "--screenshot", "--quit-after", "--measure-busy", "--library"})
+        EXPECT_TRUE(shellUsage().contains(option)) << option;
 }
 
 TEST(ShellOptions, RefusesBadInputNamingIt) {
@@ -70,32 +83,6 @@ TEST(ShellOptions, RefusesBadInputNamingIt) {
         EXPECT_FALSE(parseShellOptions(c.args, o, error)) << c.args.join(' ').toStdString();
         EXPECT_TRUE(error.contains(c.mentions)) << error.toStdString();
     }
-}
-
-TEST(ShellOptions, EveryFormOfTheOptionsKeepsItsMeaning) {
-    const struct {
-        QStringList args;
-        QStringList ticks, opens;
-        bool help;
-    } cases[] = {
-        {{"--ticks=a.csv", "b.csv", "--user", "x"}, {"a.csv", "b.csv"}, {}, false},
-        {{"--ticks", "a.csv", "--ticks", "b.csv"}, {"a.csv", "b.csv"}, {}, false},
-        {{"--open", "A", "--open=B,C"}, {}, {"A", "B", "C"}, false},
-        {{"-h"}, {}, {}, true},
-        {{"--user", "x", "--help"}, {}, {}, true},
-    };
-    for (const auto& c : cases) {
-        ShellOptions o;
-        QString error;
-        ASSERT_TRUE(parseShellOptions(c.args, o, error)) << error.toStdString();
-        EXPECT_EQ(o.tickFiles, c.ticks) << c.args.join(' ').toStdString();
-        EXPECT_EQ(o.openExports, c.opens) << c.args.join(' ').toStdString();
-        EXPECT_EQ(o.help, c.help) << c.args.join(' ').toStdString();
-    }
-    const QString usage = shellUsage();
-    for (const char* option : {"--root", "--user", "--market-time", "--ticks", "--open",
-                               "--screenshot", "--quit-after", "--measure-busy", "--library"})
-        EXPECT_TRUE(usage.contains(option)) << option;
 }
 
 TEST(ShellOptions, MarketTimeOffsetLandsOnThatTimeToday) {
@@ -195,14 +182,14 @@ TEST(QuoteBoard, AQuoteUpdatesOnlyItsRow) {
 
     IModuleFutureTrader::ITickEx t = TickBuilder(3, "IF2101").last(5234.0).preSettle(5216.2);
     ASSERT_TRUE(m.applyQuote(t));
-    EXPECT_EQ(sig.rows, std::vector<int>{1});
+    EXPECT_EQ(sig.changed, std::vector<int>{1});
     EXPECT_EQ(text(1, QuoteBoardModel::kLast), "5234.0");
     EXPECT_EQ(text(1, QuoteBoardModel::kChange), "+17.8");
     EXPECT_EQ(text(1, QuoteBoardModel::kChangePct), "+0.34%");
     EXPECT_EQ(text(0, QuoteBoardModel::kLast), "—");
     t.wExchangeID = 0;  // same code, other exchange: not on the board
     EXPECT_FALSE(m.applyQuote(t));
-    EXPECT_EQ(sig.rows.size(), 1u);
+    EXPECT_EQ(sig.changed.size(), 1u);
 }
 
 // ---- The add-in loader ---------------------------------------------------------------------
@@ -273,15 +260,10 @@ protected:
 };
 
 TEST_F(DeskTest, EventsReachTheAddinAndTheMonitorsFollowTheExchange) {
-    tagBrokerOrder o;
-    o.strAccountID = "880001";
-    o.strBrokerID = "9999";
-    o.strCode = "rb2105";
-    o.nDirection = kDirBuy;
-    o.dVolume = 3;
     IModuleFutureTrader::ITickEx q;
     ASSERT_TRUE(m_exchange->GetMarketQuote({0, "rb2105"}, q));
-    o.dPrice = q.dLowerLimit;  // far below the market: it rests
+    // Far below the market: it rests.
+    tagBrokerOrder o = brokerOrder("880001", "rb2105", kDirBuy, 3, q.dLowerLimit);
     ASSERT_EQ(m_exchange->SendOrder(o), 1);
     m_desk->pumpOnce();
     EXPECT_TRUE(log().contains("data 2")) << log().toStdString();
@@ -367,15 +349,10 @@ TEST_F(DeskTest, ToolsOpenWithTheBoardsInstrumentAndUnavailableOnesAreRefused) {
 }
 
 TEST_F(DeskTest, ARefusedOrderIsSaidOnTheStatusLineAtOnce) {
-    tagBrokerOrder o;
-    o.strAccountID = "880001";
-    o.strBrokerID = "9999";
-    o.strCode = "rb2105";
-    o.nDirection = kDirBuy;
-    o.dVolume = 1;
     IModuleFutureTrader::ITickEx q;
     ASSERT_TRUE(m_exchange->GetMarketQuote({0, "rb2105"}, q));
-    o.dPrice = q.dUpperLimit * 2;  // outside the band: the exchange refuses it
+    // Outside the band: the exchange refuses it.
+    tagBrokerOrder o = brokerOrder("880001", "rb2105", kDirBuy, 1, q.dUpperLimit * 2);
     ASSERT_EQ(m_exchange->SendOrder(o), 0);
     ASSERT_FALSE(o.strStatusMsg.empty());
     m_exchange->deliverPending();  // no monitor refresh needed: the event itself says it

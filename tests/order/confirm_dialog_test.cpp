@@ -129,19 +129,4 @@ TEST(ConfirmDialog, TriggerOrderTextBlock) {
     }
 }
 
-TEST(ConfirmFormat, PriceFormatting) {
-    struct Case {
-        double value;
-        int decimals;
-        const char* text;
-    } cases[] = {
-        {3001.4, 2, "3001.40"},
-        {3650, -1, "3650"},
-        {12.34567, -1, "12.3457"},
-        {0, -1, "0"},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(confirm_fmt::price(c.value, c.decimals), c.text) << c.value << " " << c.decimals;
-}
-
 }  // namespace

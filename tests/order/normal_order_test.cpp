@@ -339,7 +339,7 @@ TEST_F(NormalOrderTest, OrderFieldsAndSubmission) {
     EXPECT_TRUE(prompter.boxes.empty());
 }
 
-TEST_F(NormalOrderTest, ConfirmationFlagCancelAndHostRefusal) {
+TEST_F(NormalOrderTest, ConfirmationFlagAndCancel) {
     noConfirm();
     openOn("ag2412");
     controls().price = 3000;
@@ -351,7 +351,6 @@ TEST_F(NormalOrderTest, ConfirmationFlagCancelAndHostRefusal) {
     EXPECT_EQ(page().send(kDirBuy), Result::Cancelled);
     EXPECT_EQ(host.sent.size(), 1u);
     EXPECT_TRUE(prompter.boxes.empty());
-
 }
 
 TEST_F(NormalOrderTest, AlgoBoxPassesTheTicketsBlockAndIsTheSwitch) {
@@ -423,7 +422,7 @@ TEST_F(NormalOrderTest, CapSplitsIntoOrdersOfAtMostTheCap) {
 
 // ---- Keyboard orders ----------------------------------------------------------------------
 
-TEST_F(NormalOrderTest, HotkeyAtTouchUsesTheQuoteAndItsOwnConfirmation) {
+TEST_F(NormalOrderTest, HotkeysUseTheQuoteTheBandAndTheirOwnConfirmation) {
     settings([](HelmsmanSettings& s) { s.bShowHotkeyOrderConfirm = 0; });
     openOn("ag2412");
     deliverQuote(quote("ag2412", 3001.0, 3001.4, 3001.2));
@@ -443,15 +442,14 @@ TEST_F(NormalOrderTest, HotkeyAtTouchUsesTheQuoteAndItsOwnConfirmation) {
     page().sendHotkey(HotkeyAction::SellAtPrice);
     EXPECT_EQ(ui.log, std::vector<std::string>{"confirmOrder 舵手"});
     EXPECT_NEAR(host.sent.at(2).dPrice, 2000.0, 1e-9);
-}
 
-TEST_F(NormalOrderTest, HotkeyAtPriceOutsideTheBandCorrectsTheBoxAndSendsNothing) {
+    // At the price, outside the band: the box is corrected and nothing is sent.
     settings([](HelmsmanSettings& s) { s.bShowHotkeyOrderConfirm = 0; });
-    openOn("ag2412");
     deliverQuote(quote("ag2412", 3001.0, 3001.4, 3001.2, 2950, 3050));
-    controls().useBidAsk = true;  // at the price ignores the box
+    controls().useBidAsk = true;  // at the price ignores the bid/ask box
     controls().price = 3100;
-
+    host.sent.clear();
+    ui.confirmed.clear();
     expectRefused(page().sendHotkey(HotkeyAction::BuyAtPrice), "提示",
                   "输入的委托价格不在涨跌停范围内，已自动修改为涨跌停价！");
     EXPECT_EQ(controls().price, 3050);

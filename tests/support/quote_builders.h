@@ -1,5 +1,5 @@
-// Builders for the two host records most tests make by hand: a contract's details and
-// a market quote. Free of gtest so the benchmarks can use them too.
+// Builders for the host records most tests make by hand: a contract's details, a market
+// quote and a plain order. Free of gtest so the benchmarks can use them too.
 #pragma once
 
 #include <cstdint>
@@ -21,6 +21,19 @@ inline IModuleFutureTrader::ISpecDetailValue contractDetail(float priceUnit, int
     v.dMarginRate = marginRate;
     v.bTradable = tradable;
     return v;
+}
+
+// A plain order of `account` at broker 9999; whatever else a test needs it sets itself.
+inline tagBrokerOrder brokerOrder(std::string account, std::string code, int direction,
+                                  double volume, double price) {
+    tagBrokerOrder o;
+    o.strAccountID = std::move(account);
+    o.strBrokerID = "9999";
+    o.strCode = std::move(code);
+    o.nDirection = direction;
+    o.dVolume = volume;
+    o.dPrice = price;
+    return o;
 }
 
 // A quote built field by field: `TickBuilder(1, "ag2412").bid(7411, 18).ask(7413, 7)`.

@@ -34,14 +34,8 @@ void whenModal(std::function<void(D*)> act) {
 }
 
 tagBrokerOrder order(std::string acct, int dir, double vol, double price) {
-    tagBrokerOrder o;
-    o.strAccountID = std::move(acct);
-    o.strBrokerID = "9999";
+    tagBrokerOrder o = brokerOrder(std::move(acct), "IF2406", dir, vol, price);
     o.nExchangeID = 1;
-    o.strCode = "IF2406";
-    o.nDirection = dir;
-    o.dVolume = vol;
-    o.dPrice = price;
     return o;
 }
 

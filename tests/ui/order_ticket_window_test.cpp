@@ -17,6 +17,8 @@
 #include <QPushButton>
 #include <QShortcut>
 #include <QTabWidget>
+#include <functional>
+#include <memory>
 
 #include "app/exports.h"
 #include "app/helmsman_manage.h"
@@ -67,6 +69,19 @@ protected:
         QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
         QApplication::sendEvent(w, &press);
     }
+    void setting(const std::function<void(HelmsmanSettings&)>& change) {
+        HelmsmanSettings s = manage.settings();
+        change(s);
+        manage.saveSettings(s);
+    }
+    // A ticket window shown on `code`.
+    std::unique_ptr<OrderTicketWindow> openOn(const char* code) {
+        auto w = std::make_unique<OrderTicketWindow>(manage);
+        w->openTicket(nullptr);
+        w->core().selectSymbol({1, code});
+        w->show();
+        return w;
+    }
     // A new snapshot, then its notice at the ticket's handle (the ticket reads the snapshot).
     void deliver(OrderTicketWindow& w, const IModuleFutureTrader::ITickEx& t) {
         host.quotes[t.strCode] = t;
@@ -77,9 +92,7 @@ protected:
 TEST_F(OrderTicketWindowTest, ShowsTheCoreAndSendsFromTheButton) {
     tagHelmsmanPrefill block;
     block.symbol = {1, "ag2412"};
-    HelmsmanSettings s = manage.settings();
-    s.bShowChartWnd = 1;
-    manage.saveSettings(s);
+    setting([](HelmsmanSettings& s) { s.bShowChartWnd = 1; });
 
     OrderTicketWindow w(manage);
     w.openTicket(&block);
@@ -134,13 +147,9 @@ TEST_F(OrderTicketWindowTest, ShowsTheCoreAndSendsFromTheButton) {
 }
 
 TEST_F(OrderTicketWindowTest, VolumePriceAndEscGuards) {
-    HelmsmanSettings s = manage.settings();
-    s.bShowNormalOrderConfirm = 0;
-    manage.saveSettings(s);
-    OrderTicketWindow w(manage);
-    w.openTicket(nullptr);
-    w.core().selectSymbol({1, "ag2412"});
-    w.show();
+    setting([](HelmsmanSettings& s) { s.bShowNormalOrderConfirm = 0; });
+    auto ticket = openOn("ag2412");
+    OrderTicketWindow& w = *ticket;
 
     // Whole lots only in the volume box.
     auto* volume = child<QLineEdit>(&w, "volume");
@@ -166,16 +175,15 @@ TEST_F(OrderTicketWindowTest, VolumePriceAndEscGuards) {
 }
 
 TEST_F(OrderTicketWindowTest, ARejectionIsExplainedOnTheTicket) {
-    HelmsmanSettings s = manage.settings();
-    s.bShowNormalOrderConfirm = 0;
-    manage.saveSettings(s);
+    setting([](HelmsmanSettings& s) { s.bShowNormalOrderConfirm = 0; });
     tagHelmsmanPrefill block;
     block.symbol = {1, "ag2412"};
     host.positions = {{"8800123", "9999", 1, "ag2412", 5, 3, 2, 1, 0}};  // one long lot today
     OrderTicketWindow w(manage);
     w.openTicket(&block);
     w.show();
-    EXPECT_EQ(child<QLabel>(&w, "closable")->text(), QString::fromUtf8("可平 多:昨2 今1  空:昨2 今0"));
+    EXPECT_EQ(child<QLabel>(&w, "closable")->text(),
+              QString::fromUtf8("可平 多:昨2 今1  空:昨2 今0"));
     child<QLineEdit>(&w, "volume")->setText("40");
     child<QDoubleSpinBox>(&w, "price")->setValue(7413);
     child<QPushButton>(&w, "buy")->click();
@@ -193,10 +201,8 @@ TEST_F(OrderTicketWindowTest, ARejectionIsExplainedOnTheTicket) {
 }
 
 TEST_F(OrderTicketWindowTest, MenuTogglesAndHotkeys) {
-    OrderTicketWindow w(manage);
-    w.openTicket(nullptr);
-    w.core().selectSymbol({1, "ag2412"});
-    w.show();
+    auto ticket = openOn("ag2412");
+    OrderTicketWindow& w = *ticket;
     EXPECT_FALSE(w.chart()->isVisible());
     auto* stopLoss = child<QCheckBox>(&w, "stopLoss");
     auto* stopAuto = child<QPushButton>(&w, "stopLossAuto");
@@ -212,9 +218,7 @@ TEST_F(OrderTicketWindowTest, MenuTogglesAndHotkeys) {
     keys.bEnabled = 1;
     w.setHotkeys(keys);
     ASSERT_EQ(w.findChildren<QShortcut*>().size(), 4);
-    HelmsmanSettings s = manage.settings();
-    s.bShowHotkeyOrderConfirm = 0;
-    manage.saveSettings(s);
+    setting([](HelmsmanSettings& s) { s.bShowHotkeyOrderConfirm = 0; });
     for (QShortcut* sc : w.findChildren<QShortcut*>())
         if (sc->key() == QKeySequence(Qt::Key_F3)) emit sc->activated();
     ASSERT_EQ(host.sent.size(), 1u);
@@ -245,11 +249,8 @@ TEST_F(OrderTicketWindowTest, HotkeyDialogRefusesADuplicateAndSavesOtherwise) {
 }
 
 TEST_F(OrderTicketWindowTest, UnknownTypedCodeIsRefusedAndTheBoxRestored) {
-    OrderTicketWindow w(manage);
-    w.openTicket(nullptr);
-    w.core().selectSymbol({1, "ag2412"});
-    w.show();
-    auto* symbol = child<QComboBox>(&w, "symbol");
+    auto w = openOn("ag2412");
+    auto* symbol = child<QComboBox>(w.get(), "symbol");
     symbol->setFocus();
     symbol->setEditText("zz999");
     pressReturn(symbol->lineEdit());
@@ -259,14 +260,12 @@ TEST_F(OrderTicketWindowTest, UnknownTypedCodeIsRefusedAndTheBoxRestored) {
 
     symbol->setEditText("rb2410");
     pressReturn(symbol->lineEdit());
-    EXPECT_EQ(w.core().symbol().strCode, "rb2410");
+    EXPECT_EQ(w->core().symbol().strCode, "rb2410");
     EXPECT_EQ(prompter.boxes.size(), 1u);
 }
 
 TEST_F(OrderTicketWindowTest, ClosingSavesAndDeletes) {
-    HelmsmanSettings s = manage.settings();
-    s.bSaveVolume = 1;
-    manage.saveSettings(s);
+    setting([](HelmsmanSettings& s) { s.bSaveVolume = 1; });
     QPointer<OrderTicketWindow> w = new OrderTicketWindow(manage);
     w->setAttribute(Qt::WA_DeleteOnClose);
     w->openTicket(nullptr);
