@@ -22,6 +22,8 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include <cstdio>
+
 #include "host/clock.h"
 #include "host/price.h"
 #include "host/trading_session.h"
@@ -374,7 +376,12 @@ bool DeskWindow::saveLayout() {
 }
 
 void DeskWindow::closeEvent(QCloseEvent* event) {
-    if (!saveLayout()) QMessageBox::warning(this, t::kPrompt, m_noticeLabel->text());
+    if (!saveLayout()) {
+        if (m_unattended)
+            std::fprintf(stderr, "helmsman: %s\n", m_noticeLabel->text().toLocal8Bit().constData());
+        else
+            QMessageBox::warning(this, t::kPrompt, m_noticeLabel->text());
+    }
     QMainWindow::closeEvent(event);
     // Closing the desk ends the platform, tool windows included.
     if (event->isAccepted()) qApp->quit();

@@ -47,6 +47,10 @@ public:
                QString feedText, QWidget* parent = nullptr);
     ~DeskWindow() override;
 
+    // An unattended run (--quit-after, --measure-busy) must end by itself: closing then says
+    // a failed layout write on stderr instead of in a box that would wait for a click.
+    void setUnattended(bool on) { m_unattended = on; }
+
     // Hands the exchange's events to the add-in and starts the pump. Call once, after
     // InitHelmsman.
     void startPump();
@@ -129,6 +133,7 @@ private:
     QLabel* m_accountLabel = nullptr;
     QLabel* m_addinLabel = nullptr;
     QLabel* m_noticeLabel = nullptr;
+    bool m_unattended = false;
 
     QTimer m_deliverTimer;
     QTimer m_quoteTimer;

@@ -208,6 +208,7 @@ int main(int argc, char** argv) {
     const QString feed = replayed.isEmpty() ? QString(t::kStatusFeedRandom)
                                             : QString(t::kStatusFeedReplay).arg(replayed.join(' '));
     DeskWindow desk(exchange, addin, QDir(rootDir).filePath("desk.ini"), feed);
+    desk.setUnattended(opts.quitAfterMs >= 0 || opts.measureBusyMs > 0);
 
     if (addin.useClock) addin.useClock(&clock);
     const QByteArray root = QDir::toNativeSeparators(rootDir).toLocal8Bit();

@@ -388,6 +388,8 @@ TEST_F(DeskTest, ALayoutThatCannotBeWrittenIsSaid) {
 // The desk run unattended on the real add-in: a modal export is shot and the run still ends.
 TEST(DeskUnattended, AModalConfirmationIsShotAndTheRunEnds) {
     QTemporaryDir dir;
+    // A desk.ini that cannot be written either: closing says so without waiting for a click.
+    ASSERT_TRUE(QDir().mkpath(dir.filePath("root/desk.ini/blocked")));
     QProcess desk;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert("QT_QPA_PLATFORM", "offscreen");
@@ -399,7 +401,9 @@ TEST(DeskUnattended, AModalConfirmationIsShotAndTheRunEnds) {
     if (!ended) desk.kill();
     ASSERT_TRUE(ended) << "the modal confirmation kept the desk running";
     EXPECT_EQ(desk.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(desk.exitCode(), 0) << desk.readAllStandardError().toStdString();
+    const QString err = QString::fromLocal8Bit(desk.readAllStandardError());
+    EXPECT_EQ(desk.exitCode(), 0) << err.toStdString();
+    EXPECT_TRUE(err.contains(QString::fromUtf8("无法写入交易台设置文件"))) << err.toStdString();
     const QStringList shots = QDir(dir.filePath("shots")).entryList({"*.png"});
     EXPECT_EQ(shots.filter("ConfirmOrderDialog").size(), 1) << shots.join(' ').toStdString();
 }
