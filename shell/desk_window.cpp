@@ -201,26 +201,6 @@ void DeskWindow::buildUi() {
             [this] { onQuotePicked(); });
     connect(m_quoteView, &QTableView::doubleClicked, this, [this] { openTool("OpenHelmsman"); });
 
-    // A pane: a title bar with command buttons over a table.
-    auto pane = [this](QTableView* view, const QString& title,
-                       std::initializer_list<QPushButton*> buttons) {
-        auto* box = new QWidget(this);
-        auto* v = new QVBoxLayout(box);
-        v->setContentsMargins(0, 0, 0, 0);
-        v->setSpacing(2);
-        auto* bar = new QHBoxLayout;
-        bar->setContentsMargins(6, 2, 6, 0);
-        if (!title.isEmpty()) {
-            auto* label = new QLabel(title, box);
-            label->setObjectName("paneTitle");
-            bar->addWidget(label);
-        }
-        bar->addStretch(1);
-        for (QPushButton* b : buttons) bar->addWidget(b);
-        v->addLayout(bar);
-        v->addWidget(view, 1);
-        return box;
-    };
     QWidget* accountPane = m_monitors->accountPane();
     m_tabs = m_monitors->tabs();
     for (QTableView* v : m_monitors->views()) m_tables.push_back(v);
@@ -235,7 +215,7 @@ void DeskWindow::buildUi() {
 
     m_splitter = new QSplitter(Qt::Vertical, this);
     m_splitter->setObjectName("mainSplitter");
-    m_splitter->addWidget(pane(m_quoteView, t::kQuoteBoard, {}));
+    m_splitter->addWidget(makePane(this, m_quoteView, t::kQuoteBoard, {}));
     m_splitter->addWidget(lower);
     m_splitter->setStretchFactor(0, 3);
     m_splitter->setStretchFactor(1, 2);

@@ -111,6 +111,15 @@ int MonitorSet::cancelOrder(const QString& key) {
     return m_exchange.DeleteOrder(u8(k[0]), u8(k[1]), u8(k[2])) ? 1 : 0;
 }
 
+int MonitorSet::deleteOrders(const QStringList& keys) {
+    int sent = 0;
+    for (const QString& key : keys) {
+        const QStringList k = splitRowKey(key);
+        if (k.size() == 3 && m_exchange.DeleteOrder(u8(k[0]), u8(k[1]), u8(k[2]))) ++sent;
+    }
+    return sent;
+}
+
 int MonitorSet::cancelSelected(QTableView* view) {
     QStringList keys;
     for (const RecordRow* r : selectedRecords(view)) {
@@ -124,12 +133,7 @@ int MonitorSet::cancelSelected(QTableView* view) {
     if (!m_prompter.ask(t::kConfirm, u8(QString::fromUtf8(t::kAskCancelMany).arg(keys.size())))) {
         return 0;
     }
-    int sent = 0;
-    for (const QString& key : keys) {
-        const QStringList k = splitRowKey(key);
-        if (k.size() == 3 && m_exchange.DeleteOrder(u8(k[0]), u8(k[1]), u8(k[2]))) ++sent;
-    }
-    return sent;
+    return deleteOrders(keys);
 }
 
 int MonitorSet::cancelAllWorking() {
@@ -146,12 +150,7 @@ int MonitorSet::cancelAllWorking() {
     if (!m_prompter.ask(t::kConfirm, u8(QString::fromUtf8(t::kAskCancelAll).arg(keys.size())))) {
         return 0;
     }
-    int sent = 0;
-    for (const QString& key : keys) {
-        const QStringList k = splitRowKey(key);
-        if (k.size() == 3 && m_exchange.DeleteOrder(u8(k[0]), u8(k[1]), u8(k[2]))) ++sent;
-    }
-    return sent;
+    return deleteOrders(keys);
 }
 
 void MonitorSet::deleteSelectedTriggers() {

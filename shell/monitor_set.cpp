@@ -159,26 +159,30 @@ void MonitorSet::keepScrollOnInsert(QTableView* view) {
             [shift](const QModelIndex&, int first, int last) { shift(first, last, -1); });
 }
 
+QWidget* makePane(QWidget* parent, QTableView* view, const QString& title,
+                  std::initializer_list<QPushButton*> buttons) {
+    auto* box = new QWidget(parent);
+    auto* v = new QVBoxLayout(box);
+    v->setContentsMargins(0, 0, 0, 0);
+    v->setSpacing(2);
+    auto* bar = new QHBoxLayout;
+    bar->setContentsMargins(6, 2, 6, 0);
+    if (!title.isEmpty()) {
+        auto* label = new QLabel(title, box);
+        label->setObjectName("paneTitle");
+        bar->addWidget(label);
+    }
+    bar->addStretch(1);
+    for (QPushButton* b : buttons) bar->addWidget(b);
+    v->addLayout(bar);
+    v->addWidget(view, 1);
+    return box;
+}
+
 void MonitorSet::buildPanes(QWidget* parent) {
-    // A pane: a title bar with command buttons over a table.
     auto pane = [parent](QTableView* view, const QString& title,
                          std::initializer_list<QPushButton*> buttons) {
-        auto* box = new QWidget(parent);
-        auto* v = new QVBoxLayout(box);
-        v->setContentsMargins(0, 0, 0, 0);
-        v->setSpacing(2);
-        auto* bar = new QHBoxLayout;
-        bar->setContentsMargins(6, 2, 6, 0);
-        if (!title.isEmpty()) {
-            auto* label = new QLabel(title, box);
-            label->setObjectName("paneTitle");
-            bar->addWidget(label);
-        }
-        bar->addStretch(1);
-        for (QPushButton* b : buttons) bar->addWidget(b);
-        v->addLayout(bar);
-        v->addWidget(view, 1);
-        return box;
+        return makePane(parent, view, title, buttons);
     };
     auto button = [this, parent](const char* text, auto slot) {
         auto* b = new QPushButton(QString::fromUtf8(text), parent);

@@ -20,6 +20,7 @@
 #include <QObject>
 #include <QString>
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -30,10 +31,15 @@
 
 class QMenu;
 class QPoint;
+class QPushButton;
 class QTabWidget;
 class QTableView;
 class QWidget;
 class SimExchange;
+
+// A pane of the desk: a title bar with command buttons over a table.
+QWidget* makePane(QWidget* parent, QTableView* view, const QString& title,
+                  std::initializer_list<QPushButton*> buttons);
 
 class MonitorSet : public QObject {
 public:
@@ -85,6 +91,8 @@ public:
     int cancelSelected(QTableView* view);
     // Cancels one order by key after a question naming it.
     int cancelOrder(const QString& key);
+    // Sends a cancel for each order key (account|broker|order id); how many went out.
+    int deleteOrders(const QStringList& keys);
     // Cancels every working order not already being cancelled, after a question that says
     // how many.
     int cancelAllWorking();
