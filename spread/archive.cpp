@@ -30,12 +30,22 @@ std::size_t prefixSize(std::size_t length) {
 
 }  // namespace
 
-void CArchiveWriter::writeU16(std::uint16_t v) { putLe(m_bytes, v); }
-void CArchiveWriter::writeI32(std::int32_t v) { putLe(m_bytes, static_cast<std::uint32_t>(v)); }
-void CArchiveWriter::writeU32(std::uint32_t v) { putLe(m_bytes, v); }
-void CArchiveWriter::writeF64(double v) { putLe(m_bytes, std::bit_cast<std::uint64_t>(v)); }
+void CArchiveWriter::writeU16(std::uint16_t v) {
+    putLe(m_bytes, v);
+}
+void CArchiveWriter::writeI32(std::int32_t v) {
+    putLe(m_bytes, static_cast<std::uint32_t>(v));
+}
+void CArchiveWriter::writeU32(std::uint32_t v) {
+    putLe(m_bytes, v);
+}
+void CArchiveWriter::writeF64(double v) {
+    putLe(m_bytes, std::bit_cast<std::uint64_t>(v));
+}
 
-void CArchiveWriter::writeString(std::string_view utf8) { writeRawString(gbk::fromUtf8(utf8)); }
+void CArchiveWriter::writeString(std::string_view utf8) {
+    writeRawString(gbk::fromUtf8(utf8));
+}
 
 void CArchiveWriter::writeRawString(std::string_view bytes) {
     const std::size_t n = bytes.size();

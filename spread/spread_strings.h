@@ -47,7 +47,8 @@ inline constexpr const char* kDualTrackManager = "双轨模板管理器";
 inline constexpr const char* kVipArbitrageManager = "VIP套利模板管理器";
 inline constexpr const char* kSpreadColumns =
     "名称,120;商品A,60;数量A,60;商品B,60;数量B,60;商品C,60;数量C,60;";
-inline constexpr const char* kAmtOrderColumns = "名称,120;帐户,100;商品,60;单笔数量,60;最大仓位,60;";
+inline constexpr const char* kAmtOrderColumns =
+    "名称,120;帐户,100;商品,60;单笔数量,60;最大仓位,60;";
 inline constexpr const char* kAlgoSetColumns = "名称,120;数量,100;价格,80;时间,100;";
 }  // namespace spread_text
 

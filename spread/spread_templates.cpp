@@ -71,11 +71,14 @@ void writeManualSpreadDefault(CProfileIni& ini, const tagManualSpreadTemplate& t
         ini.writeString(s, "dSpreadUnit" + std::to_string(i + 1), formatG(t.dSpreadUnit[i]));
     for (int i = 0; i < 3; ++i)
         ini.writeString(s, "nSpreadLots" + std::to_string(i + 1), std::to_string(t.nSpreadLots[i]));
-    const std::pair<const char*, std::int32_t> ints[] = {
-        {"nEveryLots", t.nEveryLots},       {"nOrderOffset", t.nOrderOffset},
-        {"bButterfly", t.bButterfly},       {"bChange", t.bChange},
-        {"bExit", t.bExit},                 {"bConfirmOrder", t.bConfirmOrder},
-        {"bFirstLotsConfirm", t.bFirstLotsConfirm}, {"bShowChart", t.bShowChart}};
+    const std::pair<const char*, std::int32_t> ints[] = {{"nEveryLots", t.nEveryLots},
+                                                         {"nOrderOffset", t.nOrderOffset},
+                                                         {"bButterfly", t.bButterfly},
+                                                         {"bChange", t.bChange},
+                                                         {"bExit", t.bExit},
+                                                         {"bConfirmOrder", t.bConfirmOrder},
+                                                         {"bFirstLotsConfirm", t.bFirstLotsConfirm},
+                                                         {"bShowChart", t.bShowChart}};
     for (const auto& [key, value] : ints) ini.writeString(s, key, std::to_string(value));
 }
 
@@ -117,12 +120,16 @@ void readTemplate(CArchiveReader& in, tagAutoSpreadTemplate& t) {
                             &t.bLongEntry, &t.bLongExit, &t.bShortEntry, &t.bShortExit, &t.bChange,
                             &t.bStepTrade, &t.bStepExit, &t.nGridOffset, &t.nGridLots})
         in.readI32(*v);
-    for (double* p : {&t.dLongEntryPrice, &t.dLongExitPrice, &t.dShortEntryPrice,
-                      &t.dShortExitPrice})
+    for (double* p :
+         {&t.dLongEntryPrice, &t.dLongExitPrice, &t.dShortEntryPrice, &t.dShortExitPrice})
         in.readF64(*p);
     for (std::int32_t* v : {&t.bConfirmOrder, &t.nOrderDelaySeconds, &t.nUnstayedOffset})
         in.readI32(*v);
 }
 
-std::vector<std::string> spreadTemplateRow(const tagManualSpreadTemplate& t) { return rowOf(t); }
-std::vector<std::string> spreadTemplateRow(const tagAutoSpreadTemplate& t) { return rowOf(t); }
+std::vector<std::string> spreadTemplateRow(const tagManualSpreadTemplate& t) {
+    return rowOf(t);
+}
+std::vector<std::string> spreadTemplateRow(const tagAutoSpreadTemplate& t) {
+    return rowOf(t);
+}

