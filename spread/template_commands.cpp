@@ -45,3 +45,13 @@ int CTemplateList::moveDown(int i) {
     swapAt(static_cast<std::size_t>(i), static_cast<std::size_t>(i + 1));
     return i + 1;
 }
+
+void CTemplateList::arrange(const std::vector<std::size_t>& order) {
+    if (order.size() != size()) return;
+    std::vector<bool> seen(order.size(), false);
+    for (std::size_t i : order) {
+        if (i >= order.size() || seen[i]) return;
+        seen[i] = true;
+    }
+    permute(order);
+}

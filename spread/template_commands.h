@@ -66,8 +66,12 @@ public:
     // it is already at that edge (or out of range).
     int moveUp(int i);
     int moveDown(int i);
+    // Puts the records in the given order: order[k] is the index of the record that goes to
+    // place k (a permutation of 0..size()-1; anything else changes nothing).
+    void arrange(const std::vector<std::size_t>& order);
 
 protected:
+    virtual void permute(const std::vector<std::size_t>& order) = 0;
     virtual void eraseAt(std::size_t i) = 0;
     virtual void swapAt(std::size_t i, std::size_t j) = 0;
     int findNoCase(std::string_view name) const;
@@ -121,6 +125,12 @@ public:
 protected:
     void eraseAt(std::size_t i) override { m_items.erase(m_items.begin() + i); }
     void swapAt(std::size_t i, std::size_t j) override { std::swap(m_items[i], m_items[j]); }
+    void permute(const std::vector<std::size_t>& order) override {
+        std::vector<R> arranged;
+        arranged.reserve(order.size());
+        for (std::size_t i : order) arranged.push_back(std::move(m_items[i]));
+        m_items = std::move(arranged);
+    }
 
 private:
     CTemplateStore<R> m_store;

@@ -55,7 +55,17 @@ TemplateManagerDialog::TemplateManagerDialog(ITemplateCommands& commands, QWidge
 
 TemplateManagerDialog::~TemplateManagerDialog() = default;
 
+void TemplateManagerDialog::takeShownOrder() {
+    std::vector<std::size_t> order;
+    for (int row = 0; row < m_list->rowCount(); ++row)
+        order.push_back(static_cast<std::size_t>(m_list->GetItemData(row)));
+    m_copy->arrange(order);
+    for (int row = 0; row < m_list->rowCount(); ++row)
+        m_list->SetItemData(row, static_cast<std::uint64_t>(row));
+}
+
 void TemplateManagerDialog::refill(int select) {
+    m_list->SortByColumn(-1, true);
     m_list->DeleteAllItems();
     for (std::size_t i = 0; i < m_copy->size(); ++i) {
         const int row = m_list->AddItem(m_copy->row(i));
@@ -75,6 +85,7 @@ int TemplateManagerDialog::firstSelectedRecord() const {
 }
 
 void TemplateManagerDialog::removeSelected() {
+    takeShownOrder();
     // The selected rows' names, from the top of the list down.
     std::vector<std::string> names;
     for (int row = 0; row < m_list->rowCount(); ++row)
@@ -85,16 +96,19 @@ void TemplateManagerDialog::removeSelected() {
 }
 
 void TemplateManagerDialog::moveSelectedUp() {
+    takeShownOrder();
     const int at = firstSelectedRecord();
     if (at >= 0) refill(m_copy->moveUp(at));
 }
 
 void TemplateManagerDialog::moveSelectedDown() {
+    takeShownOrder();
     const int at = firstSelectedRecord();
     if (at >= 0) refill(m_copy->moveDown(at));
 }
 
 void TemplateManagerDialog::accept() {
+    takeShownOrder();
     m_copy->save();
     QDialog::accept();
 }

@@ -3,6 +3,10 @@
 // "下移(&D)", "删除(&R)", "确定(&O)", "取消(&C)". Deletes and moves work on a private copy;
 // only "确定(&O)" writes it over the file, in the order shown.
 //
+// The list can be sorted by a click on a heading. What the user sees is what is saved: before
+// each command the copy takes the order the rows are shown in, and after a delete or a move
+// the rows show the copy's order (the sort indicator goes, since a move unsorts the list).
+//
 // Modal, owned by whoever shows it; UI thread only.
 #pragma once
 
@@ -30,6 +34,7 @@ public:
 
 private:
     void refill(int select);
+    void takeShownOrder();
     int firstSelectedRecord() const;
 
     std::unique_ptr<CTemplateList> m_copy;

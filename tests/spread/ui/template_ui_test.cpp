@@ -140,6 +140,14 @@ TEST_F(TemplateUi, ManagerEditsACopyUntilOk) {
     EXPECT_TRUE(dialog.list()->item(1, 0)->isSelected());
     dialog.accept();
     EXPECT_EQ(templates.names(), (std::vector<std::string>{"跨期IF", "蝶式", "ABC"}));
+
+    // A sorted list saves in the order shown, and a move works on the rows as shown.
+    TemplateManagerDialog sorted(templates);
+    sorted.list()->SortByColumn(1, true);  // IC2406, IF2406, rb2410
+    sorted.list()->selectRow(2);
+    sorted.moveSelectedUp();
+    sorted.accept();
+    EXPECT_EQ(templates.names(), (std::vector<std::string>{"蝶式", "ABC", "跨期IF"}));
 }
 
 }  // namespace
