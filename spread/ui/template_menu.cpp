@@ -7,18 +7,26 @@ namespace {
 // The three commands and the separator stay; everything after them is rebuilt.
 constexpr int kFixedActions = 4;
 
-QAction* addCommand(QMenu* menu, int id, const char* text) {
+QAction* addCommand(QMenu* menu, int id, const char* text, const char* prompt = nullptr) {
     QAction* a = menu->addAction(QString::fromUtf8(text));
     a->setData(id);
+    if (prompt) {
+        // A string table entry: the status line's prompt, a line feed, the tooltip.
+        const QStringList parts = QString::fromUtf8(prompt).split('\n');
+        a->setStatusTip(parts.value(0));
+        a->setToolTip(parts.value(1, parts.value(0)));
+    }
     return a;
 }
 }  // namespace
 
 TemplateMenu::TemplateMenu(ITemplateCommands& commands, QWidget* parent)
     : QMenu(parent), m_commands(commands) {
-    addCommand(this, template_menu::kManager, spread_text::kMenuManager);
-    addCommand(this, template_menu::kSave, spread_text::kMenuSave);
-    addCommand(this, template_menu::kSetDefault, spread_text::kMenuSetDefault);
+    addCommand(this, template_menu::kManager, spread_text::kMenuManager,
+               spread_text::kStringManager);
+    addCommand(this, template_menu::kSave, spread_text::kMenuSave, spread_text::kStringSave);
+    addCommand(this, template_menu::kSetDefault, spread_text::kMenuSetDefault,
+               spread_text::kStringSetDefault);
     addSeparator();
     addCommand(this, template_menu::kTemplateFirst, spread_text::kMenuPlaceholder);
     connect(this, &QMenu::aboutToShow, this, &TemplateMenu::refill);

@@ -72,13 +72,4 @@ TEST(ArchiveReader, LengthPastTheEndFails) {
     }
 }
 
-TEST(ArchiveReader, UndecodableBytesLoadButAreNotExact) {
-    const std::string file = bytes({0x02, 0x81, 0x20});
-    CArchiveReader in(file);
-    std::string s;
-    ASSERT_TRUE(in.readString(s));
-    EXPECT_FALSE(s.empty());
-    EXPECT_FALSE(in.exact());
-}
-
 }  // namespace
