@@ -1,0 +1,135 @@
+#include "spread/spread_templates.h"
+
+#include <cstdio>
+
+#include "app/profile_ini.h"
+#include "spread/spread_strings.h"
+
+namespace {
+
+void writeLeg(CArchiveWriter& out, const tagTemplateLeg& leg) {
+    out.writeU16(leg.wExchangeID);
+    out.writeString(leg.szSymbolCode);
+}
+
+void readLeg(CArchiveReader& in, tagTemplateLeg& leg) {
+    in.readU16(leg.wExchangeID);
+    in.readString(leg.szSymbolCode, kTemplateCodeBytes);
+}
+
+template <class T>
+std::vector<std::string> rowOf(const T& t) {
+    std::vector<std::string> row{t.strName};
+    for (int i = 0; i < 3; ++i) {
+        if (i == 2 && !t.bButterfly) {
+            row.push_back(spread_text::kNotApplicable);
+            row.push_back(spread_text::kNotApplicable);
+        } else {
+            row.push_back(t.legs[i].szSymbolCode);
+            row.push_back(std::to_string(t.nSpreadLots[i]));
+        }
+    }
+    return row;
+}
+
+std::string formatG(double v) {
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%g", v);
+    return buf;
+}
+
+}  // namespace
+
+void writeTemplate(CArchiveWriter& out, const tagManualSpreadTemplate& t) {
+    out.writeString(t.strName);
+    for (const auto& leg : t.legs) writeLeg(out, leg);
+    for (double u : t.dSpreadUnit) out.writeF64(u);
+    for (std::int32_t n : t.nSpreadLots) out.writeI32(n);
+    for (std::int32_t v : {t.nEveryLots, t.nOrderOffset, t.bButterfly, t.bChange, t.bExit,
+                           t.bConfirmOrder, t.bFirstLotsConfirm})
+        out.writeI32(v);
+}
+
+void readTemplate(CArchiveReader& in, tagManualSpreadTemplate& t) {
+    in.readString(t.strName);
+    for (auto& leg : t.legs) readLeg(in, leg);
+    for (double& u : t.dSpreadUnit) in.readF64(u);
+    for (std::int32_t& n : t.nSpreadLots) in.readI32(n);
+    for (std::int32_t* v : {&t.nEveryLots, &t.nOrderOffset, &t.bButterfly, &t.bChange, &t.bExit,
+                            &t.bConfirmOrder, &t.bFirstLotsConfirm})
+        in.readI32(*v);
+}
+
+void writeManualSpreadDefault(CProfileIni& ini, const tagManualSpreadTemplate& t) {
+    const char* s = kManualSpreadSection;
+    for (int i = 0; i < 3; ++i) {
+        const std::string n = std::to_string(i + 1);
+        ini.writeString(s, "wExchangeID" + n, std::to_string(t.legs[i].wExchangeID));
+        ini.writeString(s, "szSymbolCode" + n, t.legs[i].szSymbolCode);
+    }
+    for (int i = 0; i < 3; ++i)
+        ini.writeString(s, "dSpreadUnit" + std::to_string(i + 1), formatG(t.dSpreadUnit[i]));
+    for (int i = 0; i < 3; ++i)
+        ini.writeString(s, "nSpreadLots" + std::to_string(i + 1), std::to_string(t.nSpreadLots[i]));
+    const std::pair<const char*, std::int32_t> ints[] = {{"nEveryLots", t.nEveryLots},
+                                                         {"nOrderOffset", t.nOrderOffset},
+                                                         {"bButterfly", t.bButterfly},
+                                                         {"bChange", t.bChange},
+                                                         {"bExit", t.bExit},
+                                                         {"bConfirmOrder", t.bConfirmOrder},
+                                                         {"bFirstLotsConfirm", t.bFirstLotsConfirm},
+                                                         {"bShowChart", t.bShowChart}};
+    for (const auto& [key, value] : ints) ini.writeString(s, key, std::to_string(value));
+}
+
+void writeTemplate(CArchiveWriter& out, const tagAutoSpreadTemplate& t) {
+    out.writeString(t.strName);
+    for (const auto& a : t.accounts) {
+        out.writeString(a.strAccountID);
+        out.writeString(a.strBrokerID);
+        out.writeString(a.strAccountName);
+        out.writeString(a.strAccountText);
+        out.writeI32(a.nAccountType);
+    }
+    for (const auto& leg : t.legs) writeLeg(out, leg);
+    for (double u : t.dSpreadUnit) out.writeF64(u);
+    for (std::int32_t n : t.nSpreadLots) out.writeI32(n);
+    for (std::int32_t v : {t.nEveryLots, t.nMaxLots, t.nOrderOffset, t.bButterfly, t.bLongEntry,
+                           t.bLongExit, t.bShortEntry, t.bShortExit, t.bChange, t.bStepTrade,
+                           t.bStepExit, t.nGridOffset, t.nGridLots})
+        out.writeI32(v);
+    for (double p : {t.dLongEntryPrice, t.dLongExitPrice, t.dShortEntryPrice, t.dShortExitPrice})
+        out.writeF64(p);
+    for (std::int32_t v : {t.bConfirmOrder, t.nOrderDelaySeconds, t.nUnstayedOffset})
+        out.writeI32(v);
+}
+
+void readTemplate(CArchiveReader& in, tagAutoSpreadTemplate& t) {
+    in.readString(t.strName);
+    for (auto& a : t.accounts) {
+        in.readString(a.strAccountID);
+        in.readString(a.strBrokerID);
+        in.readString(a.strAccountName);
+        in.readString(a.strAccountText);
+        in.readI32(a.nAccountType);
+    }
+    for (auto& leg : t.legs) readLeg(in, leg);
+    for (double& u : t.dSpreadUnit) in.readF64(u);
+    for (std::int32_t& n : t.nSpreadLots) in.readI32(n);
+    for (std::int32_t* v : {&t.nEveryLots, &t.nMaxLots, &t.nOrderOffset, &t.bButterfly,
+                            &t.bLongEntry, &t.bLongExit, &t.bShortEntry, &t.bShortExit, &t.bChange,
+                            &t.bStepTrade, &t.bStepExit, &t.nGridOffset, &t.nGridLots})
+        in.readI32(*v);
+    for (double* p :
+         {&t.dLongEntryPrice, &t.dLongExitPrice, &t.dShortEntryPrice, &t.dShortExitPrice})
+        in.readF64(*p);
+    for (std::int32_t* v : {&t.bConfirmOrder, &t.nOrderDelaySeconds, &t.nUnstayedOffset})
+        in.readI32(*v);
+}
+
+std::vector<std::string> spreadTemplateRow(const tagManualSpreadTemplate& t) {
+    return rowOf(t);
+}
+std::vector<std::string> spreadTemplateRow(const tagAutoSpreadTemplate& t) {
+    return rowOf(t);
+}
