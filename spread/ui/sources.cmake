@@ -1,0 +1,2 @@
+target_sources(helmsman_ui PRIVATE
+    ${CMAKE_CURRENT_LIST_DIR}/spread_exit_dialog.h ${CMAKE_CURRENT_LIST_DIR}/spread_exit_dialog.cpp)
