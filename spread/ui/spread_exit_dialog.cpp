@@ -52,11 +52,6 @@ CSortListCtrl* SpreadExitDialog::makeList(const SpreadExitList& content,
     return list;
 }
 
-void SpreadExitDialog::refill() {
-    fill(m_open, m_info.openList());
-    fill(m_closed, m_info.closedList());
-}
-
 void SpreadExitDialog::fill(CSortListCtrl* list, const SpreadExitList& content) {
     list->DeleteAllItems();
     for (std::size_t i = 0; i < content.rows.size(); ++i) {

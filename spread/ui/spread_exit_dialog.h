@@ -32,9 +32,6 @@ public:
     CSortListCtrl* openList() const { return m_open; }
     CSortListCtrl* closedList() const { return m_closed; }
 
-    // Empties both lists and fills them again from the data.
-    void refill();
-
     // The item data of a totals row (entry rows carry their entry's index).
     static constexpr quint64 kTotalsRow = ~quint64{0};
 
