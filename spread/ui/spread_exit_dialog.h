@@ -10,7 +10,7 @@
 // Two sortable lists, the spreads still open above and the round trips closed again below,
 // each ending in its totals row when there is one. The totals row stays last whichever
 // column the user sorts by. The column layouts the user makes are kept in the user
-// directory, apart for the two-leg and the four-leg window.
+// directory, separately for the two-leg and the four-leg window.
 //
 // Owned by its caller; UI thread only.
 #pragma once
