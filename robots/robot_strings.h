@@ -74,11 +74,13 @@ inline constexpr const char* kPrompt = "提示";
 inline constexpr const char* kLauncherTitle = "策略机器人";
 inline constexpr const char* kLauncherOpen = "打开";
 inline constexpr const char* kLauncherNotYet = "（尚未提供）";
+inline constexpr const char* kLauncherColumnName = "机器人";
+inline constexpr const char* kLauncherColumnWhat = "说明";
 inline constexpr const char* kGridSpreadName = "价差格";
 inline constexpr const char* kGridSpreadLine =
-    "两个商品按比例组成价差，逐格挂单B腿，B成交后立即对价下A腿，价差回归后逐格平仓。";
+    "A、B两商品按比例组成价差，逐格挂单B，B成交即对价下A，价差回归后平仓。";
 inline constexpr const char* kBladerName = "顺势锤";
 inline constexpr const char* kBladerLine =
-    "单一商品从市价起按网格间距逐笔开仓，每笔到达固定盈利点后平仓。";
+    "单一商品从市价起按网格间距逐笔开仓，每笔到固定盈利点即平仓。";
 
 }  // namespace robot_text
