@@ -1,5 +1,7 @@
 #include "robots/ui/robot_launcher_window.h"
 
+#include <algorithm>
+
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPointer>
@@ -37,7 +39,6 @@ RobotLauncherWindow::RobotLauncherWindow(CHelmsmanManage& manager, QWidget* pare
         item->setToolTip(1, QString::fromStdString(e.description));
         if (!e.available()) item->setFlags(item->flags() & ~Qt::ItemIsEnabled);
     }
-    m_list->resizeColumnToContents(0);
 
     m_open = new QPushButton(QString::fromUtf8(t::kLauncherOpen), this);
     auto* buttons = new QHBoxLayout;
@@ -51,7 +52,18 @@ RobotLauncherWindow::RobotLauncherWindow(CHelmsmanManage& manager, QWidget* pare
     connect(m_list, &QTreeWidget::itemDoubleClicked, this, [this] { openSelected(); });
     connect(m_open, &QPushButton::clicked, this, [this] { openSelected(); });
     updateButton();
-    resize(600, 200);
+    // Wide enough for every line whole, in the font the desk's style gives the list.
+    ensurePolished();
+    m_list->ensurePolished();
+    m_list->resizeColumnToContents(0);
+    const int frame = 2 * m_list->frameWidth() + layout->contentsMargins().left() +
+                      layout->contentsMargins().right() + 24;
+    int widest = 0;
+    for (const RobotEntry& e : entries)
+        widest = std::max(widest, m_list->fontMetrics().horizontalAdvance(
+                                      QString::fromStdString(e.description)));
+    const int columns = m_list->columnWidth(0) + widest + 16;
+    resize(std::max(600, columns + frame), 200);
 }
 
 WndHandle RobotLauncherWindow::openSelected() {
