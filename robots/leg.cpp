@@ -22,8 +22,8 @@ struct LegMessages {
 const LegMessages& messagesOf(LegMachine m) {
     static const LegMessages singleOpen{t::kOpenSendFailed, t::kExternalCancel, t::kCancelFailed,
                                         nullptr, nullptr};
-    static const LegMessages singleClose{t::kCloseSendFailed, t::kExternalCancel, nullptr,
-                                         nullptr, nullptr};
+    static const LegMessages singleClose{t::kCloseSendFailed, t::kExternalCancel, nullptr, nullptr,
+                                         nullptr};
     static const LegMessages pairOpen{t::kGridOpenSendFailed, t::kGridOpenExternalCancel,
                                       t::kGridOpenCancelFailed, t::kGridOpenARejected,
                                       t::kGridOpenAFailed};
@@ -31,10 +31,14 @@ const LegMessages& messagesOf(LegMachine m) {
                                        t::kGridCloseCancelFailed, t::kGridCloseARejected,
                                        t::kGridCloseAFailed};
     switch (m) {
-    case LegMachine::SingleOpen: return singleOpen;
-    case LegMachine::SingleClose: return singleClose;
-    case LegMachine::PairOpen: return pairOpen;
-    case LegMachine::PairClose: return pairClose;
+        case LegMachine::SingleOpen:
+            return singleOpen;
+        case LegMachine::SingleClose:
+            return singleClose;
+        case LegMachine::PairOpen:
+            return pairOpen;
+        case LegMachine::PairClose:
+            return pairClose;
     }
     return singleOpen;
 }
@@ -100,7 +104,7 @@ LegStep CLeg::onOrder(const tagBrokerOrder& record) {
     if (record.dPrice >= kPriceEpsilon) m_price = record.dPrice;
     m_lastStatus = record.nStatus;
     m_lastHeard = m_clock->tickCount();
-    m_state = single() ? stepSingle(record.nStatus, record) : stepPair(record.nStatus, record);
+    m_state = single() ? stepSingle(record.nStatus) : stepPair(record.nStatus);
     step.to = m_state;
     step.parked = m_state == kLegParked && step.from != kLegParked;
     return step;
@@ -116,57 +120,74 @@ std::int32_t CLeg::park(const char* format, std::int32_t status) {
 // Statuses the host reports before the exchange has the order (11) or while it fills in
 // parts (2) say nothing new about where a leg stands: a sending order is accepted once it
 // is queued or partly filled, and a queued one stays queued.
-std::int32_t CLeg::stepSingle(std::int32_t status, const tagBrokerOrder&) {
+std::int32_t CLeg::stepSingle(std::int32_t status) {
     const LegMessages& msg = messagesOf(m_machine);
     const std::int32_t s = m_state, b = base();
     if (s == b + 1) {
         switch (status) {
-        case kOrderQueued:
-        case kOrderPartFilled: return b + 2;
-        case kOrderFilled: return b + 4;
-        case kOrderCancelled:
-        case kOrderRejected:
-        case kOrderExpired: return kLegIdle;
-        case kOrderSending: return s;
-        default: return park(msg.sendFailed, status);
+            case kOrderQueued:
+            case kOrderPartFilled:
+                return b + 2;
+            case kOrderFilled:
+                return b + 4;
+            case kOrderCancelled:
+            case kOrderRejected:
+            case kOrderExpired:
+                return kLegIdle;
+            case kOrderSending:
+                return s;
+            default:
+                return park(msg.sendFailed, status);
         }
     }
     if (s == b + 2) {
         switch (status) {
-        case kOrderFilled: return b + 4;
-        case kOrderCancelled: return kLegIdle;
-        case kOrderQueued:
-        case kOrderPartFilled:
-        case kOrderSending: return s;
-        default: return park(msg.externalCancel, status);
+            case kOrderFilled:
+                return b + 4;
+            case kOrderCancelled:
+                return kLegIdle;
+            case kOrderQueued:
+            case kOrderPartFilled:
+            case kOrderSending:
+                return s;
+            default:
+                return park(msg.externalCancel, status);
         }
     }
     if (s == b + 3) {
         switch (status) {
-        case kOrderCancelled: return kLegIdle;
-        case kOrderFilled: return b + 4;  // the fill won the race against the cancel
-        case kOrderQueued:
-        case kOrderPartFilled:
-        case kOrderCancelling:
-        case kOrderSending: return s;
-        default: return msg.cancelFailed ? park(msg.cancelFailed, status) : s;
+            case kOrderCancelled:
+                return kLegIdle;
+            case kOrderFilled:
+                return b + 4;  // the fill won the race against the cancel
+            case kOrderQueued:
+            case kOrderPartFilled:
+            case kOrderCancelling:
+            case kOrderSending:
+                return s;
+            default:
+                return msg.cancelFailed ? park(msg.cancelFailed, status) : s;
         }
     }
     return s;
 }
 
-std::int32_t CLeg::stepPair(std::int32_t status, const tagBrokerOrder& record) {
+std::int32_t CLeg::stepPair(std::int32_t status) {
     const LegMessages& msg = messagesOf(m_machine);
-    if (m_state >= 1 && m_state <= 3) return stepSingle(status, record);
+    if (m_state >= 1 && m_state <= 3) return stepSingle(status);
     if (m_state != 5) return m_state;
     switch (status) {
-    case kOrderQueued:
-    case kOrderPartFilled:
-    case kOrderFilled: return 6;
-    case kOrderSending: return 5;
-    case kOrderRejected:
-    case kOrderExpired: return park(msg.aRejected, status);
-    default: return park(msg.aFailed, status);
+        case kOrderQueued:
+        case kOrderPartFilled:
+        case kOrderFilled:
+            return 6;
+        case kOrderSending:
+            return 5;
+        case kOrderRejected:
+        case kOrderExpired:
+            return park(msg.aRejected, status);
+        default:
+            return park(msg.aFailed, status);
     }
 }
 

@@ -100,11 +100,13 @@ public:
                            LegWording wording = LegWording::Orders) const;
 
 private:
-    bool single() const { return m_machine == LegMachine::SingleOpen || m_machine == LegMachine::SingleClose; }
+    bool single() const {
+        return m_machine == LegMachine::SingleOpen || m_machine == LegMachine::SingleClose;
+    }
     bool closing() const { return m_machine == LegMachine::SingleClose; }
     std::int32_t base() const { return closing() ? 4 : 0; }  // state offset of the machine
-    std::int32_t stepSingle(std::int32_t status, const tagBrokerOrder& record);
-    std::int32_t stepPair(std::int32_t status, const tagBrokerOrder& record);
+    std::int32_t stepSingle(std::int32_t status);
+    std::int32_t stepPair(std::int32_t status);
     std::int32_t park(const char* format, std::int32_t status);
     bool waiting() const;
 

@@ -39,16 +39,22 @@ std::string CLeg::statusText(double bestBid, double bestAsk, int decimals,
     if (m_state == kLegIdle) return t::kInitial;
     if (!single()) {
         switch (m_state) {
-        case 1: return t::kGridBSending;
-        case 2:
-            if (!hasQuote) return buy ? t::kGridBQueuedDownLimit : t::kGridBQueuedUpLimit;
-            return printfText(t::kGridBQueued, fixed(m_price, decimals < 0 ? 0 : decimals),
-                              fixed(distance, decimals < 0 ? 0 : decimals));
-        case 3: return t::kGridBCancelling;
-        case 4: return t::kGridBFilled;
-        case 5: return t::kGridASending;
-        case 6: return t::kGridAQueued;
-        default: return t::kUnknownState;
+            case 1:
+                return t::kGridBSending;
+            case 2:
+                if (!hasQuote) return buy ? t::kGridBQueuedDownLimit : t::kGridBQueuedUpLimit;
+                return printfText(t::kGridBQueued, fixed(m_price, decimals < 0 ? 0 : decimals),
+                                  fixed(distance, decimals < 0 ? 0 : decimals));
+            case 3:
+                return t::kGridBCancelling;
+            case 4:
+                return t::kGridBFilled;
+            case 5:
+                return t::kGridASending;
+            case 6:
+                return t::kGridAQueued;
+            default:
+                return t::kUnknownState;
         }
     }
 
@@ -56,26 +62,34 @@ std::string CLeg::statusText(double bestBid, double bestAsk, int decimals,
     const char* fmtNumbers = nullptr;
     const char* noQuote = nullptr;
     switch (m_state) {
-    case 1: return resting ? t::kRestOpenSending : t::kOpenSending;
-    case 3: return resting ? t::kRestOpenCancelling : t::kOpenCancelling;
-    case 4: return resting ? t::kRestOpenFilled : t::kOpenFilled;
-    case 5: return resting ? t::kRestCloseSending : t::kCloseSending;
-    case 7: return resting ? t::kRestCloseCancelling : t::kCloseCancelling;
-    case 8: return resting ? t::kRestCloseFilled : t::kCloseFilled;
-    case kLegParked: return t::kErrorOrTimeUp;
-    case 2:
-        numbers = buy ? t::kOpenBuyQueued : t::kOpenSellQueued;
-        fmtNumbers = buy ? t::kOpenBuyQueuedFmt : t::kOpenSellQueuedFmt;
-        noQuote = buy ? t::kOpenBuyQueuedNoQuote : t::kOpenSellQueuedNoQuote;
-        break;
-    case 6:
-        numbers = buy ? t::kCloseBuyQueued : t::kCloseSellQueued;
-        fmtNumbers = buy ? t::kCloseBuyQueuedFmt : t::kCloseSellQueuedFmt;
-        noQuote = buy ? t::kCloseBuyQueuedNoQuote : t::kCloseSellQueuedNoQuote;
-        // The scalper says plainly that a selling close has no ask to sell to.
-        if (resting && !buy) noQuote = t::kRestCloseSellQueuedNoAsk;
-        break;
-    default: return t::kUnknownState;
+        case 1:
+            return resting ? t::kRestOpenSending : t::kOpenSending;
+        case 3:
+            return resting ? t::kRestOpenCancelling : t::kOpenCancelling;
+        case 4:
+            return resting ? t::kRestOpenFilled : t::kOpenFilled;
+        case 5:
+            return resting ? t::kRestCloseSending : t::kCloseSending;
+        case 7:
+            return resting ? t::kRestCloseCancelling : t::kCloseCancelling;
+        case 8:
+            return resting ? t::kRestCloseFilled : t::kCloseFilled;
+        case kLegParked:
+            return t::kErrorOrTimeUp;
+        case 2:
+            numbers = buy ? t::kOpenBuyQueued : t::kOpenSellQueued;
+            fmtNumbers = buy ? t::kOpenBuyQueuedFmt : t::kOpenSellQueuedFmt;
+            noQuote = buy ? t::kOpenBuyQueuedNoQuote : t::kOpenSellQueuedNoQuote;
+            break;
+        case 6:
+            numbers = buy ? t::kCloseBuyQueued : t::kCloseSellQueued;
+            fmtNumbers = buy ? t::kCloseBuyQueuedFmt : t::kCloseSellQueuedFmt;
+            noQuote = buy ? t::kCloseBuyQueuedNoQuote : t::kCloseSellQueuedNoQuote;
+            // The scalper says plainly that a selling close has no ask to sell to.
+            if (resting && !buy) noQuote = t::kRestCloseSellQueuedNoAsk;
+            break;
+        default:
+            return t::kUnknownState;
     }
     if (!hasQuote) return noQuote;
     if (decimals < 0) return printf2(numbers, m_price, distance);

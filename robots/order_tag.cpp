@@ -8,8 +8,12 @@ constexpr std::string_view kDollar = "$|";
 constexpr std::string_view kBlader = "blader|";
 constexpr std::size_t kMaxLegLength = 4;
 
-bool isLower(char c) { return c >= 'a' && c <= 'z'; }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isLower(char c) {
+    return c >= 'a' && c <= 'z';
+}
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 // Reads an unsigned 32-bit decimal at the front of `s` in its canonical spelling (no sign,
 // no leading zero unless it is "0"), advancing `s` past it.

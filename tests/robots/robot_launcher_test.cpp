@@ -1,7 +1,8 @@
+#include "robots/robot_launcher.h"
+
 #include <gtest/gtest.h>
 
 #include "app/helmsman_manage.h"
-#include "robots/robot_launcher.h"
 #include "support/scripted.h"
 
 namespace {

@@ -32,9 +32,10 @@ TEST(RobotLauncherWindow, OpenButtonOpensThePickedRobot) {
     testApp();
     CHelmsmanManage manager;
     RecordingTarget robot;
-    RobotLauncherWindow w(manager, nullptr,
-                          {{"A", "opens", [&](CHelmsmanManage& m) { return m.createHandle(&robot); }},
-                           {"B", "not yet", {}}});
+    RobotLauncherWindow w(
+        manager, nullptr,
+        {{"A", "opens", [&](CHelmsmanManage& m) { return m.createHandle(&robot); }},
+         {"B", "not yet", {}}});
     w.list()->setCurrentItem(w.list()->topLevelItem(0));
     ASSERT_TRUE(w.openButton()->isEnabled());
     w.openButton()->click();
