@@ -70,10 +70,10 @@ public:
 
     // Whether the leg expects an order now: idle, or (pair) leg B filled and A not yet sent.
     bool canSend() const;
-    // Sends `order` under the new `tag` (1 sent, 2 A sent for a pair in 4, 5 closing). The
-    // price is recorded from the order. A refusal the host writes back at once is taken
-    // as a notification of that status. False, with nothing sent, when the leg does not
-    // expect an order.
+    // Sends `order` under the new `tag`: from idle to 1 (5 for a closing leg), or, for a pair
+    // whose leg B has filled (4), leg A to 5. The price is recorded from the order. A refusal
+    // the host writes back at once is taken as a notification of that status. False, with
+    // nothing sent, when the leg does not expect an order.
     bool send(tagBrokerOrder& order, std::string tag, const OrderSubmit& submit);
     // Asks the host to cancel the queued order (2 -> 3, or 6 -> 7 when closing). False when
     // there is no queued order to cancel; the leg then stays as it is.
