@@ -61,6 +61,9 @@ HELMSMAN_API int FilledOrderStatistics();
 HELMSMAN_API int OpenFastExitAll();
 HELMSMAN_API int OpenFastDeleteAll();
 HELMSMAN_API int OpenAlgoSet(tagAlgoSetting* block, int mode);
+// The robot launcher, from which the strategy robots are opened (one launcher; a second
+// call shows it).
+HELMSMAN_API int OpenRobotLauncher();
 
 // Stand-ins for what the operating system gives a real host: sending a window message to
 // one of the module's window handles (as SendMessage would), listing the module's windows

@@ -14,6 +14,7 @@
 #include "app/ui/window_placement.h"
 #include "order/ui/order_ticket_window.h"
 #include "order/ui/qt_module_ui.h"
+#include "robots/ui/robot_launcher_window.h"
 #include "trigger/ui/local_trigger_window.h"
 
 namespace {
@@ -46,6 +47,7 @@ QtModuleUi& qtUi() {
 constexpr std::string_view kAvailable[] = {
     "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange", "OpenHelmsman",
     "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",    "OpenLocalTrigger",
+    "OpenRobotLauncher",
 };
 
 }  // namespace
@@ -129,6 +131,9 @@ int FilledOrderStatistics() { return 0; }
 int OpenFastExitAll() { return 0; }
 int OpenFastDeleteAll() { return 0; }
 int OpenAlgoSet(tagAlgoSetting*, int) { return 0; }
+int OpenRobotLauncher() {
+    return guarded([] { return openRobotLauncher() ? 1 : 0; }, 0);
+}
 
 std::intptr_t HelmsmanSendMessage(std::uint32_t hWnd, std::uint32_t msg, std::uintptr_t wParam,
                                   std::uintptr_t lParam) {

@@ -22,6 +22,7 @@ const std::vector<AddinTool>& addinTools() {
         {"OpenLocalTrigger", t::kToolOpenLocalTrigger, N::Nothing, true},
         {"OpenManualSpread", t::kToolOpenManualSpread, N::Nothing, true},
         {"OpenSpreadTrader", t::kToolOpenSpreadTrader, N::Nothing, false},
+        {"OpenRobotLauncher", t::kToolOpenRobotLauncher, N::Nothing, true},
         {"OpenAMTOrder", t::kToolOpenAMTOrder, N::Nothing, true},
         {"FilledOrderStatistics", t::kToolFilledOrderStatistics, N::Nothing, false},
         {"OpenAlgoSet", t::kToolOpenAlgoSet, N::AlgoBlock, false},

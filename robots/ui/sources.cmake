@@ -1,0 +1,2 @@
+target_sources(helmsman_ui PRIVATE
+    ${CMAKE_CURRENT_LIST_DIR}/robot_launcher_window.h ${CMAKE_CURRENT_LIST_DIR}/robot_launcher_window.cpp)
