@@ -17,12 +17,12 @@ bool isStopProfitOrder(const tagTriggerOrder& order) {
 }
 
 CTriggerModifyOrder::CTriggerModifyOrder(CMasterDialog& master)
-    : m_master(master), m_hWnd(master.manage().createHandle(this)) {
-    m_master.manage().registerWindow(m_hWnd);
+    : m_master(master), m_manage(master.manage()), m_hWnd(m_manage.createHandle(this)) {
+    m_manage.registerWindow(m_hWnd);
 }
 
 CTriggerModifyOrder::~CTriggerModifyOrder() {
-    m_master.manage().releaseHandle(m_hWnd);
+    m_manage.releaseHandle(m_hWnd);
 }
 
 void CTriggerModifyOrder::inform(const char* text) const {

@@ -31,6 +31,7 @@
 #include "host/records.h"
 #include "host/window.h"
 
+class CHelmsmanManage;
 class CMasterDialog;
 
 // A stop/profit order: no trigger price, a stop-loss or a take-profit price.
@@ -90,6 +91,7 @@ private:
     }
 
     CMasterDialog& m_master;
+    CHelmsmanManage& m_manage;  // outlives the page; the handle is released through it
     WndHandle m_hWnd = 0;
     std::function<void()> m_listener;
     std::vector<tagTriggerOrder> m_orders;
