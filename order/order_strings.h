@@ -194,7 +194,7 @@ inline constexpr const char* kMsgDeleteStopProfitFailed = "删除止损获利单
 // Nothing chosen in the list when modify or delete is pressed.
 inline constexpr const char* kMsgChooseTrigger = "请先在列表中选择要修改或删除的触发单！";
 inline constexpr const char* kTriggerListColumns =
-    "编号,50;商品,60;买卖,40;开平,40;数量,40;触发类型,56;触发价,64;委托价,64;止损价,64;获利价,64;过期时间,120;";
+    "编号,40;商品,56;买卖,36;开平,36;数量,36;触发类型,56;触发价,56;委托价,56;止损价,56;获利价,56;过期时间,130;";
 inline constexpr const char* kButtonModifyTrigger = "修改";
 inline constexpr const char* kButtonDelete = "删除";
 inline constexpr const char* kButtonRefresh = "刷新";

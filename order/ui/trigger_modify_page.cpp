@@ -43,6 +43,11 @@ TriggerModifyPage::TriggerModifyPage(CMasterDialog& master, QWidget* parent)
     m_box->setObjectName("triggerBox");
     m_summary = new QLabel(m_box);
     m_summary->setObjectName("triggerSummary");
+    // Three lines at most (account, order, the two protective prices): room for all of them,
+    // so choosing an order never resizes the ticket.
+    m_summary->setMinimumHeight(m_summary->fontMetrics().lineSpacing() * 3 + 10);
+    m_summary->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_summary->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_volume = priceSpin(m_box, "modifyVolume");
     m_volume->setDecimals(0);
     m_trigger = priceSpin(m_box, "modifyTrigger");
@@ -61,7 +66,6 @@ TriggerModifyPage::TriggerModifyPage(CMasterDialog& master, QWidget* parent)
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(6);
     grid->setVerticalSpacing(4);
-    grid->addWidget(m_summary, 0, 0, 1, 4);
     grid->addWidget(caption(m_box, tx::kLabelVolume), 1, 0);
     grid->addWidget(m_volume, 1, 1);
     grid->addWidget(caption(m_box, tx::kLabelTriggerPrice), 1, 2);
@@ -74,7 +78,9 @@ TriggerModifyPage::TriggerModifyPage(CMasterDialog& master, QWidget* parent)
     grid->addWidget(m_profit, 3, 3);
     grid->addWidget(m_useExpiry, 4, 0);
     grid->addWidget(m_expiry, 4, 1, 1, 3);
-    m_box->setLayout(grid);
+    auto* boxLayout = new QVBoxLayout(m_box);
+    boxLayout->addWidget(m_summary);
+    boxLayout->addLayout(grid);
 
     m_modify = new QPushButton(q(tx::kButtonModifyTrigger), this);
     m_modify->setObjectName("modifyTrigger");
@@ -141,7 +147,10 @@ void TriggerModifyPage::redraw() {
         const int row = m_list->AddItem(
             {t.strOrderID, t.strCode, std::string(codes::directionText(t.nDirection)),
              std::string(codes::openCloseText(t.nOpenClose)), number_text::format(t.dVolume),
-             std::string(codes::triggerTypeText(t.nTriggerType)), px(t.dTriggerPrice),
+             // A stop/profit order has no trigger of its own: its type means nothing.
+             isStopProfitOrder(t) ? std::string(tx::kNoValue)
+                                  : std::string(codes::triggerTypeText(t.nTriggerType)),
+             px(t.dTriggerPrice),
              isPricePresent(t.dPrice) ? px(t.dPrice) : std::string(tx::kExecAtMarket),
              px(t.dStopLoss), px(t.dTakeProfit),
              t.tExpiry > 0 ? formatDateTime(t.tExpiry) : std::string(tx::kNoValue)});
@@ -156,10 +165,14 @@ void TriggerModifyPage::redraw() {
     m_modify->setEnabled(t != nullptr);
     m_delete->setEnabled(t != nullptr);
     m_box->setTitle(t ? q(CTriggerModifyOrder::title(*t)) : QString());
-    QStringList lines;
-    if (t)
-        for (const auto& line : CTriggerModifyOrder::summary(*t, decimals)) lines << q(line);
-    m_summary->setText(lines.join(' '));
+    // One line per piece, the two protective prices side by side.
+    QString text;
+    if (t) {
+        const auto lines = CTriggerModifyOrder::summary(*t, decimals);
+        for (std::size_t i = 0; i < lines.size(); ++i)
+            text += q(lines[i]) + (i + 2 == lines.size() ? "  " : "\n");
+    }
+    m_summary->setText(text.trimmed());
     const CTriggerModifyOrder::Edit& e = m_core->edit();
     for (QDoubleSpinBox* s : {m_trigger, m_exec, m_stop, m_profit}) {
         s->setDecimals(decimals);

@@ -3,6 +3,7 @@
 // title and deletes it. With HELMSMAN_SCREENSHOT_DIR set both tabs are saved there as PNGs.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QDir>
 #include <QDoubleSpinBox>
 #include <QGroupBox>
@@ -26,6 +27,7 @@ void shoot(QWidget& w, const char* name) {
     const QByteArray dir = qgetenv("HELMSMAN_SCREENSHOT_DIR");
     if (dir.isEmpty()) return;
     QDir().mkpath(QString::fromUtf8(dir));
+    QApplication::processEvents();  // let the layout settle as the event loop would
     w.grab().save(QString::fromUtf8(dir) + "/" + name);
 }
 
