@@ -134,15 +134,6 @@ TEST_F(TriggerModifyTest, RefusesWhatTheTriggerPageRefuses) {
     EXPECT_EQ(prompter.lastText(), "请先在列表中选择要修改或删除的触发单！");
 }
 
-TEST_F(TriggerModifyTest, NoExpiryAsksAndNoMeansToday) {
-    choose("T1");
-    page->edit().expiry = 0;
-    ASSERT_EQ(page->modify(), Result::Done);
-    ASSERT_EQ(prompter.boxes.size(), 2u);  // the question, then the result
-    EXPECT_EQ(prompter.boxes[0].text.rfind("如果您想要使用隔日有效的触发单", 0), 0u);
-    EXPECT_EQ(host.modifiedTriggers[0].tExpiry, endOfToday());
-}
-
 TEST_F(TriggerModifyTest, FollowsTheHostsNoticesButNotQuotes) {
     choose("T1");
     host.triggerOrders[0].nStatus = 1;  // released by the host

@@ -104,55 +104,21 @@ TEST_P(Refusals, SayWhyAndSendNothing) {
     EXPECT_TRUE(nothingSent());
 }
 
-RefusalCase refusal(const char* name, int dir, const char* caption, const char* text) {
-    return RefusalCase{name, dir, caption, text};
-}
-RefusalCase stopCase(const char* name, int dir, const char* text, double exec, double stop,
-                     double profit) {
-    RefusalCase rc{name, dir, "提示", text};
-    rc.exec = exec;
-    rc.stop = stop;
-    rc.profit = profit;
-    return rc;
-}
-
+// clang-format off
 const RefusalCase kRefusals[] = {
-    [] {
-        auto rc = refusal("NotLoggedOn", kDirBuy, "提示", "请先登录交易帐户！");
-        rc.loggedOff = true;
-        return rc;
-    }(),
-    [] {
-        auto rc = refusal("ZeroVolume", kDirBuy, "提示", "输入错误，交易数量必须大于0！");
-        rc.volume = "0";
-        return rc;
-    }(),
-    [] {
-        auto rc = refusal("NoLastNoSettlement", kDirSell, "提示",
-                          "当前商品现价为0并且昨结算价为0，不能进行触发单交易！");
-        rc.noReference = true;
-        return rc;
-    }(),
-    [] {
-        auto rc = refusal("NoTriggerPrice", kDirBuy, "提示 ", "触发价无效，请重新输入价格！");
-        rc.trigger = 0;
-        return rc;
-    }(),
-    stopCase("BuyStopAtExec", kDirBuy, "输入错误，买入时止损价必须小于委托价！", 2991, 2991, 0),
-    stopCase("BuyProfitAtExec", kDirBuy, "输入错误，买入时获利价必须大于委托价！", 2991, 0, 2991),
-    stopCase("SellStopAtExec", kDirSell, "输入错误，卖出时止损价必须大于委托价！", 2991, 2991, 0),
-    stopCase("SellProfitAtExec", kDirSell, "输入错误，卖出时获利价必须小于委托价！", 2991, 0, 2991),
-    stopCase("BuyAtMarketStopAboveProfit", kDirBuy, "输入错误，买入时止损价必须小于获利价！", 0,
-             2995, 2994),
-    stopCase("SellAtMarketStopBelowProfit", kDirSell, "输入错误，卖出时止损价必须大于获利价！", 0,
-             2994, 2995),
-    [] {
-        auto rc = stopCase("LocalWithStop", kDirBuy, "输入错误，本地触发单不支持止损获利价设置！",
-                           0, 2980, 0);
-        rc.local = true;
-        return rc;
-    }(),
+    {.name = "NotLoggedOn", .direction = kDirBuy, .caption = "提示", .text = "请先登录交易帐户！", .loggedOff = true},
+    {.name = "ZeroVolume", .direction = kDirBuy, .caption = "提示", .text = "输入错误，交易数量必须大于0！", .volume = "0"},
+    {.name = "NoLastNoSettlement", .direction = kDirSell, .caption = "提示", .text = "当前商品现价为0并且昨结算价为0，不能进行触发单交易！", .noReference = true},
+    {.name = "NoTriggerPrice", .direction = kDirBuy, .caption = "提示 ", .text = "触发价无效，请重新输入价格！", .trigger = 0},
+    {.name = "BuyStopAtExec", .direction = kDirBuy, .caption = "提示", .text = "输入错误，买入时止损价必须小于委托价！", .exec = 2991, .stop = 2991},
+    {.name = "BuyProfitAtExec", .direction = kDirBuy, .caption = "提示", .text = "输入错误，买入时获利价必须大于委托价！", .exec = 2991, .profit = 2991},
+    {.name = "SellStopAtExec", .direction = kDirSell, .caption = "提示", .text = "输入错误，卖出时止损价必须大于委托价！", .exec = 2991, .stop = 2991},
+    {.name = "SellProfitAtExec", .direction = kDirSell, .caption = "提示", .text = "输入错误，卖出时获利价必须小于委托价！", .exec = 2991, .profit = 2991},
+    {.name = "BuyAtMarketStopAboveProfit", .direction = kDirBuy, .caption = "提示", .text = "输入错误，买入时止损价必须小于获利价！", .stop = 2995, .profit = 2994},
+    {.name = "SellAtMarketStopBelowProfit", .direction = kDirSell, .caption = "提示", .text = "输入错误，卖出时止损价必须大于获利价！", .stop = 2994, .profit = 2995},
+    {.name = "LocalWithStop", .direction = kDirBuy, .caption = "提示", .text = "输入错误，本地触发单不支持止损获利价设置！", .stop = 2980, .local = true},
 };
+// clang-format on
 
 INSTANTIATE_TEST_SUITE_P(TriggerPage, Refusals, ::testing::ValuesIn(kRefusals),
                          [](const auto& info) { return std::string(info.param.name); });
@@ -264,16 +230,8 @@ INSTANTIATE_TEST_SUITE_P(
                       ExpiryCase{"NegativeNo", -1, true, false, true, 0},
                       ExpiryCase{"TomorrowYes", 86400, false, true, true, 86400},
                       ExpiryCase{"TomorrowNo", 86400, false, false, true, 0},
-                      ExpiryCase{"EndOfTodayAsIs", 0, false, false, false, 0},
-                      ExpiryCase{"EarlierTodayAsIs", -7200, false, false, false, -7200}),
+                      ExpiryCase{"EndOfTodayAsIs", 0, false, false, false, 0}),
     [](const auto& info) { return std::string(info.param.name); });
-
-TEST_F(TriggerOrderTest, EndOfTodayIsLocal235959) {
-    const std::tm tm = toLocalTm(endOfToday());
-    const std::tm today = toLocalTm(clock.now());
-    EXPECT_EQ(tm.tm_yday, today.tm_yday);
-    EXPECT_EQ(tm.tm_hour * 3600 + tm.tm_min * 60 + tm.tm_sec, 86399);
-}
 
 // ---- Automatic stops from the trigger price, rounding, submission ----------------------------
 
