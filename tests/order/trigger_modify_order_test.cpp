@@ -105,8 +105,9 @@ TEST_F(TriggerModifyTest, SendsTheEditedOrderRoundedToTheTick) {
     page->edit().triggerPrice = 2980.1;  // a buy rounds up
     page->edit().execPrice = 2985;
     page->edit().stopLoss = 2970;
-    page->edit().expiry = endOfToday();
+    page->edit().expiry = 0;  // asks the next-day question; No means today only
     ASSERT_EQ(page->modify(), Result::Done);
+    EXPECT_EQ(prompter.boxes[0].text.rfind("如果您想要使用隔日有效的触发单", 0), 0u);
     ASSERT_EQ(host.modifiedTriggers.size(), 1u);
     EXPECT_EQ(host.calls.end()[-2], "ModifyTriggerOrder T1");
     const tagTriggerOrder& m = host.modifiedTriggers[0];
@@ -115,6 +116,7 @@ TEST_F(TriggerModifyTest, SendsTheEditedOrderRoundedToTheTick) {
     EXPECT_EQ(m.dPrice, 2985);
     EXPECT_EQ(m.dStopLoss, 2970);
     EXPECT_EQ(m.strAccountID, "A1");
+    EXPECT_EQ(m.tExpiry, endOfToday());
 }
 
 TEST_F(TriggerModifyTest, RefusesWhatTheTriggerPageRefuses) {
