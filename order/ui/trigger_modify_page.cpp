@@ -35,7 +35,7 @@ TriggerModifyPage::TriggerModifyPage(CMasterDialog& master, QWidget* parent)
     m_list->SetHeadings(tx::kTriggerListColumns);
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_list->setMinimumHeight(110);
+    m_list->setMinimumHeight(96);
     m_list->setMaximumWidth(430);
     m_list->LoadColumnInfo(master.manage().userDir(), "TriggerModify");
 

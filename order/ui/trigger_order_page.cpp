@@ -79,6 +79,10 @@ TriggerOrderPage::TriggerOrderPage(CMasterDialog& master, QWidget* parent)
     m_status = new QLabel(this);
     m_status->setObjectName("triggerStatus");
     m_status->setWordWrap(true);
+    // The line wraps inside the page's width; it never widens the ticket.
+    m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_status->setMinimumHeight(m_status->fontMetrics().lineSpacing() * 2 + 4);
+    m_status->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 
     for (QPushButton* b : {m_stopAuto, m_profitAuto}) {
         b->setCheckable(true);
