@@ -160,8 +160,16 @@ TriggerOrderPage::TriggerOrderPage(CMasterDialog& master, QWidget* parent)
         connect(s, &QSpinBox::valueChanged, this, &TriggerOrderPage::push);
     for (QCheckBox* c : {m_useExpiry, m_stopLoss, m_takeProfit, m_local, m_algo})
         connect(c, &QCheckBox::toggled, this, &TriggerOrderPage::push);
-    for (QPushButton* b : {m_stopAuto, m_profitAuto})
-        connect(b, &QPushButton::toggled, this, &TriggerOrderPage::push);
+    // Switching an automatic price on also checks its box: an automatic price in an
+    // unchecked box would do nothing.
+    connect(m_stopAuto, &QPushButton::toggled, this, [this](bool on) {
+        if (on && !m_refreshing) m_stopLoss->setChecked(true);
+        push();
+    });
+    connect(m_profitAuto, &QPushButton::toggled, this, [this](bool on) {
+        if (on && !m_refreshing) m_takeProfit->setChecked(true);
+        push();
+    });
     for (QComboBox* c : {m_openClose, m_hedge, m_type})
         connect(c, &QComboBox::currentIndexChanged, this, &TriggerOrderPage::push);
     connect(m_expiry, &QDateTimeEdit::dateTimeChanged, this, &TriggerOrderPage::push);
