@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "app/helmsman_manage.h"
@@ -122,6 +123,13 @@ TriggerModifyPage::TriggerModifyPage(CMasterDialog& master, QWidget* parent)
     });
     connect(m_delete, &QPushButton::clicked, this, [this] { m_core->remove(); });
     connect(m_refresh, &QPushButton::clicked, this, [this] { m_core->refresh(); });
+    // The host tells of a trigger's release (an order follows), not of its expiry: while
+    // the page is shown the list is read again every few seconds as well.
+    auto* timer = new QTimer(this);
+    connect(timer, &QTimer::timeout, this, [this] {
+        if (isVisible()) m_core->refresh();
+    });
+    timer->start(kRefreshMs);
     m_core->refresh();
 }
 
@@ -173,6 +181,14 @@ void TriggerModifyPage::redraw() {
             text += q(lines[i]) + (i + 2 == lines.size() ? "  " : "\n");
     }
     m_summary->setText(text.trimmed());
+    // The edit boxes are loaded when another order is chosen, never while the trader is
+    // editing the one shown: the list is redrawn on every order notice.
+    const std::string shownId = t ? t->strOrderID : std::string();
+    if (shownId == m_shownId && t) {
+        m_refreshing = false;
+        return;
+    }
+    m_shownId = shownId;
     const CTriggerModifyOrder::Edit& e = m_core->edit();
     for (QDoubleSpinBox* s : {m_trigger, m_exec, m_stop, m_profit}) {
         s->setDecimals(decimals);

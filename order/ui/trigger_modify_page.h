@@ -2,13 +2,15 @@
 // CTriggerModifyOrder: the account's waiting trigger and stop/profit orders in a sortable
 // list, the chosen order's description under its title ("舵手 - [触发单#T1]"), its editable
 // values, and the modify, delete and refresh buttons. The list is redrawn whenever the core
-// says it changed (the host's notices reach the core through its own window handle).
+// says it changed (the host's notices reach the core through its own window handle) and,
+// while the page is shown, read again every 3 s, since an expiry comes with no notice.
 //
 // Owned by the ticket window (a child widget); UI thread.
 #pragma once
 
 #include <QWidget>
 #include <memory>
+#include <string>
 
 #include "order/trigger_modify_order.h"
 
@@ -37,6 +39,9 @@ private:
     CMasterDialog& m_master;
     std::unique_ptr<CTriggerModifyOrder> m_core;
     bool m_refreshing = false;
+
+    static constexpr int kRefreshMs = 3000;
+    std::string m_shownId;  // the order whose values the edit boxes hold
 
     CSortListCtrl* m_list = nullptr;
     QGroupBox* m_box = nullptr;
