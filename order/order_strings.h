@@ -105,7 +105,6 @@ inline constexpr const char* kCheckAlgo = "算法交易";
 inline constexpr const char* kButtonAlgoSettings = "算法设置...";
 inline constexpr const char* kButtonBuy = "买入";
 inline constexpr const char* kButtonSell = "卖出";
-inline constexpr const char* kTriggerPagePending = "触发单功能尚未开放。";
 inline constexpr const char* kAlgoSettingsPending = "算法设置窗口尚未开放";
 
 // Short labels of the tool buttons whose tool tips are the menu entries above.
@@ -141,5 +140,63 @@ inline constexpr const char* kMsgHotkeyDuplicate = "快捷键“%s”被重复�
 inline constexpr const char* kButtonOk = "确定";
 inline constexpr const char* kButtonCancel = "取消";
 inline constexpr const char* kButtonClear = "清除";
+
+// ---- Trigger page ("触发单交易") ----------------------------------------------------------------
+inline constexpr const char* kCaptionConfirm = "确认";
+inline constexpr const char* kMsgNoReferencePrice =
+    "当前商品现价为0并且昨结算价为0，不能进行触发单交易！";
+inline constexpr const char* kMsgTypeMismatch =
+    "您选择的触发单类型和根据价格自动计算出的类型不匹配，还要继续发送委托单吗？";
+inline constexpr const char* kMsgNextDayExpiry =
+    "如果您想要使用隔日有效的触发单，请先了解隔日触发单\r\n可能存在的跳空风险，并愿意接受由此产生的风险"
+    "损失！\r\n\r\n您是否还要继续使用隔日触发单?选择[是]继续，选择[否]\r\n会自动将时间设置为仅当日有效!";
+// Captioned "提示 " (with its trailing blank).
+inline constexpr const char* kMsgTriggerPriceInvalid = "触发价无效，请重新输入价格！";
+// Opening order without an execution price: stop-loss against take-profit.
+inline constexpr const char* kMsgBuyStopBelowProfit = "输入错误，买入时止损价必须小于获利价！";
+inline constexpr const char* kMsgSellStopAboveProfit = "输入错误，卖出时止损价必须大于获利价！";
+inline constexpr const char* kMsgLocalTriggerNoStops = "输入错误，本地触发单不支持止损获利价设置！";
+inline constexpr const char* kMsgLocalTriggerAsk =
+    "本地触发单最长时效为当日有效，只在本程序运行时有效，\r\n关闭程序时会自动删除，您确定要发送本地触"
+    "发单吗？";
+// The local trigger centre knows no contract for the code (%s).
+inline constexpr const char* kMsgLocalNoContract = "找不到%s的合约信息，不能进行本地触发单操作!";
+// The type list: automatic, then the 吊 and the 追 type of the order's direction.
+inline constexpr const char* kTriggerTypeAuto = "自动";
+inline constexpr const char* kTriggerTypeDip = "吊买/吊卖";
+inline constexpr const char* kTriggerTypeChase = "追买/追卖";
+inline constexpr const char* kLabelTriggerPrice = "触发价";
+inline constexpr const char* kLabelExecPrice = "委托价";
+inline constexpr const char* kExecAtMarket = "市价";  // an execution price of 0
+inline constexpr const char* kLabelTriggerType = "类型";
+inline constexpr const char* kLabelExpiry = "有效期至";
+inline constexpr const char* kCheckLocalTrigger = "本地触发单";
+inline constexpr const char* kCheckAlgoTrigger = "触发后算法交易";
+// The page's own line about the last trigger it sent (type, direction, open/close, code,
+// volume, trigger price).
+inline constexpr const char* kTriggerSentFormat = "触发单已发送：%s %s%s %s %s张 触发价:%s";
+inline constexpr const char* kTriggerNotSentFormat = "交易服务未接受触发单：%s %s%s %s %s张 触发价:%s";
+inline constexpr const char* kLocalTriggerAdded = "本地触发单已加入本地触发单中心：%s %s%s %s %s张 触发价:%s";
+
+// ---- Modify page ("修改或删除触发单") -----------------------------------------------------------
+inline constexpr const char* kTitleTriggerOrder = "舵手 - [触发单#%s]";
+inline constexpr const char* kTitleStopProfitOrder = "舵手 - [止损获利单#%s]";
+inline constexpr const char* kStopProfitLine = "止损获利%s%s合约%.f张,";
+inline constexpr const char* kUnknownOperation = "未知操作";
+inline constexpr const char* kMsgModifiedTrigger = "成功修改当前触发单！";
+inline constexpr const char* kMsgModifiedStopProfit = "成功修改当前止损获利单！";
+inline constexpr const char* kMsgModifyTriggerFailed = "修改触发单出错,请检查输入参数是否有效！";
+inline constexpr const char* kMsgModifyStopProfitFailed = "修改止损获利单出错，请检查输入参数是否有效！";
+inline constexpr const char* kMsgDeletedTrigger = "成功删除当前触发单！";
+inline constexpr const char* kMsgDeletedStopProfit = "成功删除当前止损获利单！";
+inline constexpr const char* kMsgDeleteTriggerFailed = "删除触发单出错，请检查输入参数是否有效！";
+inline constexpr const char* kMsgDeleteStopProfitFailed = "删除止损获利单出错，请检查输入参数是否有效！";
+// Nothing chosen in the list when modify or delete is pressed.
+inline constexpr const char* kMsgChooseTrigger = "请先在列表中选择要修改或删除的触发单！";
+inline constexpr const char* kTriggerListColumns =
+    "编号,40;商品,56;买卖,36;开平,36;数量,36;触发类型,56;触发价,56;委托价,56;止损价,56;获利价,56;过期时间,130;";
+inline constexpr const char* kButtonModifyTrigger = "修改";
+inline constexpr const char* kButtonDelete = "删除";
+inline constexpr const char* kButtonRefresh = "刷新";
 
 }  // namespace order_text

@@ -1,5 +1,6 @@
 // The order ticket's pages: the immediate page ("即时执行") with its controls, layout, keyboard
-// path and bindings to the core, and the placeholder pages of the trigger tabs.
+// path and bindings to the core. The trigger tabs are pages of their own (trigger_order_page,
+// trigger_modify_page).
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
@@ -164,15 +165,5 @@ QWidget* OrderTicketWindow::buildImmediatePage() {
             [this] { m_core->normalOrder().toggleAutoTakeProfit(); });
     connect(m_buy, &QPushButton::clicked, this, [this] { send(kDirBuy); });
     connect(m_sell, &QPushButton::clicked, this, [this] { send(kDirSell); });
-    return page;
-}
-
-QWidget* OrderTicketWindow::buildPendingPage() {
-    auto* page = new QWidget(this);
-    auto* label = new QLabel(q(tx::kTriggerPagePending), page);
-    label->setAlignment(Qt::AlignCenter);
-    label->setEnabled(false);  // reads as "not here yet" in any palette
-    auto* layout = new QVBoxLayout(page);
-    layout->addWidget(label);
     return page;
 }

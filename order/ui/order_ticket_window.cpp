@@ -30,6 +30,8 @@
 #include "order/ui/hotkey_dialog.h"
 #include "order/ui/tick_chart.h"
 #include "order/ui/ticket_widgets.h"
+#include "order/ui/trigger_modify_page.h"
+#include "order/ui/trigger_order_page.h"
 
 namespace tx = order_text;
 using ticket_ui::caption;
@@ -60,15 +62,14 @@ QLabel* valueLabel(QWidget* parent, const char* name, bool bold = true) {
 // Colours a price by where it stands against the reference; restyles only on a change.
 void setTrend(QLabel* l, double price, double reference) {
     const int trend = !isPricePresent(price) || !isPricePresent(reference) ? 0
-                      : price > reference + kPriceEpsilon                 ? 1
-                      : price < reference - kPriceEpsilon                 ? -1
-                                                                          : 0;
+                      : price > reference + kPriceEpsilon                  ? 1
+                      : price < reference - kPriceEpsilon                  ? -1
+                                                                           : 0;
     const QVariant old = l->property("trend");
     if (old.isValid() && old.toInt() == trend) return;
     l->setProperty("trend", trend);
     l->setStyleSheet(trend > 0 ? kRiseCss : trend < 0 ? kFallCss : "");
 }
-
 
 }  // namespace
 
@@ -97,6 +98,9 @@ OrderTicketWindow::OrderTicketWindow(CHelmsmanManage& manage, QWidget* parent)
 
 OrderTicketWindow::~OrderTicketWindow() {
     m_core->setListener(nullptr);
+    // The trigger pages hold the core: they go first.
+    delete m_triggerPage;
+    delete m_modifyPage;
     m_core.reset();
 }
 
@@ -234,8 +238,10 @@ void OrderTicketWindow::buildFrame() {
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName("tabs");
     m_tabs->addTab(buildImmediatePage(), q(tx::kTabImmediate));
-    m_tabs->addTab(buildPendingPage(), q(tx::kTabTrigger));
-    m_tabs->addTab(buildPendingPage(), q(tx::kTabModifyTrigger));
+    m_triggerPage = new TriggerOrderPage(*m_core, this);
+    m_modifyPage = new TriggerModifyPage(*m_core, this);
+    m_tabs->addTab(m_triggerPage, q(tx::kTabTrigger));
+    m_tabs->addTab(m_modifyPage, q(tx::kTabModifyTrigger));
     m_tabs->tabBar()->setFocusPolicy(Qt::NoFocus);
 
     auto* ticket = new QVBoxLayout;
@@ -283,6 +289,8 @@ void OrderTicketWindow::onCoreChanged(unsigned what) {
     if (what & (kTicketPage | kTicketSymbol)) refreshPage();
     if (what & kTicketChart) refreshChart();
     if (what & kTicketStatus) refreshStatus();
+    if (m_triggerPage) m_triggerPage->onCoreChanged(what);
+    if (m_modifyPage) m_modifyPage->onCoreChanged(what);
 }
 
 void OrderTicketWindow::refreshStatus() {

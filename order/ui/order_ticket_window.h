@@ -39,6 +39,8 @@ class QSpinBox;
 class QTabWidget;
 class QTimer;
 class TickChart;
+class TriggerModifyPage;
+class TriggerOrderPage;
 struct tagHelmsmanPrefill;
 
 class OrderTicketWindow final : public QDialog {
@@ -63,7 +65,6 @@ protected:
 private:
     void buildFrame();
     QWidget* buildImmediatePage();
-    QWidget* buildPendingPage();
 
     void onCoreChanged(unsigned what);
     void refreshAccounts();
@@ -130,6 +131,10 @@ private:
     QPushButton* m_algoSettings = nullptr;
     QPushButton* m_buy = nullptr;
     QPushButton* m_sell = nullptr;
+
+    // The trigger pages ("触发单交易", "修改或删除触发单").
+    TriggerOrderPage* m_triggerPage = nullptr;
+    TriggerModifyPage* m_modifyPage = nullptr;
 
     bool m_refreshing = false;
 };

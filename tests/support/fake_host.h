@@ -23,12 +23,15 @@ public:
     int sendOrderResult = 1;
     std::string sentReason;  // written into a refused order's status message
     int sendTriggerResult = 1;
+    int modifyTriggerResult = 1;
+    int deleteTriggerResult = 1;
     int positionResult = 1;
 
     // ---- What the fake saw ----------------------------------------------------------
     std::vector<std::string> calls;
     std::vector<tagBrokerOrder> sent;
     std::vector<tagTriggerOrder> sentTriggers;
+    std::vector<tagTriggerOrder> modifiedTriggers;  // as ModifyTriggerOrder received them
     struct Subscription {
         std::uint32_t hWnd;
         bool subscribe;
@@ -143,13 +146,14 @@ public:
         if (sendTriggerResult) triggerOrders.push_back(o);
         return sendTriggerResult;
     }
-    int ModifyTriggerOrder(const std::string& id, const tagTriggerOrder&) override {
+    int ModifyTriggerOrder(const std::string& id, const tagTriggerOrder& o) override {
         calls.push_back("ModifyTriggerOrder " + id);
-        return 1;
+        modifiedTriggers.push_back(o);
+        return modifyTriggerResult;
     }
     int DeleteTriggerOrder(const std::string&, const std::string&, const std::string& id) override {
         calls.push_back("DeleteTriggerOrder " + id);
-        return 1;
+        return deleteTriggerResult;
     }
     int GetAllBargains(std::vector<tagBargainOrder>& out) override {
         calls.push_back("GetAllBargains");
