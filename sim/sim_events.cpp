@@ -37,11 +37,12 @@ void SimExchange::Impl::queueTrade(std::uint32_t code, Payload&& p) {
 }
 
 void SimExchange::Impl::queueTrigger(std::size_t ti) {
-    if (!desk) return;
+    if (!desk && !sink) return;
     Event e;
     e.code = kSimEventTriggerChanged;
     e.payload = triggers[ti].t;
-    e.toDesk = true;
+    e.toMain = sink != nullptr;
+    e.toDesk = desk != nullptr;
     push(std::move(e));
 }
 

@@ -73,12 +73,14 @@
 //       QueryInterface(1000) subscription, followed by
 //     onWindowMessage(hWnd, 2070, 1000, &ITickEx) to each subscribed handle (in the order
 //       the handles first subscribed),
+//     onDataChange(kSimEventTriggerChanged, &tagTriggerOrder) for every server trigger
+//       order change (booked, released, expired, modified, deleted),
 //     onLogonStateChange(code, &tagAccoutInfo) for logon changes (kSimLogon* codes).
 //   The pointers are valid only during the call.
 // - The desk sink (setDeskSink, the shell's own monitors) receives every event regardless
 //   of subscriptions: onDataChange for every order change, fill and quote of every
 //   contract, onDataChange(kSimEventTriggerChanged, &tagTriggerOrder) for every trigger
-//   order change (the event sink never sees that code), onLogonStateChange for every logon
+//   order change, onLogonStateChange for every logon
 //   change. It never receives onWindowMessage. For one event the event sink is called
 //   first, then the desk sink.
 // - When neither sink is set, nothing is queued.

@@ -111,8 +111,9 @@ TEST_F(SimEvents, DeskSinkSeesEverything) {
     ex.deliverPending();
     EXPECT_EQ(desk.lines, (Lines{"1000 rb2105 4400", "2 1 11 0", "2 1 1 0", "2 1 3 1",
                                  "4 1 1@5230.2", "T T1 0", "L 0 880002"}));
+    // The add-in hears trigger changes too, but quotes only of what it subscribed.
     EXPECT_EQ(sink.lines,
-              (Lines{"2 1 11 0", "2 1 1 0", "2 1 3 1", "4 1 1@5230.2", "L 0 880002"}));
+              (Lines{"2 1 11 0", "2 1 1 0", "2 1 3 1", "4 1 1@5230.2", "T T1 0", "L 0 880002"}));
 }
 
 TEST_F(SimEvents, StepQueuesAQuoteForEveryContractForTheDesk) {
