@@ -218,7 +218,8 @@ inline constexpr const char* kLabelSides = "今仓";
 inline constexpr const char* kLabelNewPrice = "新价格";
 inline constexpr const char* kLabelNewVolume = "新数量";
 inline constexpr const char* kButtonModify = "改单";
-inline constexpr const char* kOrderSummaryFormat = "%s %s%s %s %s张 价格:%s 已成交:%s";
+// Identifier, action (开仓买入…), code, volume, price, filled.
+inline constexpr const char* kOrderSummaryFormat = "#%s %s %s %s张 价格:%s 已成交:%s";
 inline constexpr const char* kModifyCancelling = "正在撤销原委托…";
 inline constexpr const char* kModifyCancelFailed = "撤单失败，原委托仍在队列中，未发出新委托。";
 inline constexpr const char* kModifyFilled = "原委托已全部成交，未发出新委托。";
