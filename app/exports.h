@@ -74,6 +74,9 @@ HELMSMAN_API int HelmsmanEnumWindows(int dialogId, std::uint32_t* handles, int c
 HELMSMAN_API void HelmsmanUseClock(IClock* clock);
 // 1 when the named export opens a working tool in this build (the host greys out the rest).
 HELMSMAN_API int HelmsmanToolAvailable(const char* exportName);
+// Opens the change of one working plain order (a new window each call); 0 when the order has
+// no identifier. The host reaches the window only through this export.
+HELMSMAN_API int HelmsmanModifyOrder(const tagBrokerOrder* order);
 // The options page for a host that loads the library by name and cannot construct the
 // exported class itself: create it under `parent`, and accept it (returns 1).
 HELMSMAN_API QWidget* HelmsmanCreateOptionPage(QWidget* parent);

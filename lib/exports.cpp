@@ -12,8 +12,10 @@
 #include "app/ui/qt_prompter.h"
 #include "app/ui/trade_option_page.h"
 #include "app/ui/window_placement.h"
+#include "order/ui/order_modify_dialog.h"
 #include "order/ui/order_ticket_window.h"
 #include "order/ui/qt_module_ui.h"
+#include "order/ui/stop_trigger_dialog.h"
 #include "robots/ui/robot_launcher_window.h"
 #include "trigger/ui/local_trigger_window.h"
 
@@ -47,7 +49,7 @@ QtModuleUi& qtUi() {
 constexpr std::string_view kAvailable[] = {
     "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange", "OpenHelmsman",
     "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",    "OpenLocalTrigger",
-    "OpenRobotLauncher",
+    "OpenRobotLauncher", "OpenStopTrigger",  "HelmsmanModifyOrder",
 };
 
 }  // namespace
@@ -119,9 +121,12 @@ int ShowMultiConfirm_Same(tagBrokerOrder* orders, int count, const char* caller)
 // Tools built by later work: neutral values, nothing opened.
 int OpenBatchTrader(const tagHelmsmanPrefill*) { return 0; }
 int OpenFastExit(const tagOpenedPosition*, const char*) { return 0; }
-int OpenStopTrigger(const tagOpenedPosition*, int, const char*) { return 0; }
 int OpenSpreadTrader() { return 0; }
 int OpenManualSpread() { return 0; }
+int OpenStopTrigger(const tagOpenedPosition* position, int number, const char* text) {
+    return guarded(
+        [&] { return manager().initialised() ? openStopTrigger(position, number, text) : 0; }, 0);
+}
 int OpenLocalTrigger() {
     return guarded([] { return manager().openLocalTrigger() ? 1 : 0; }, 0);
 }
@@ -159,6 +164,10 @@ void HelmsmanUseClock(IClock* clock) {
             return 0;
         },
         0);
+}
+
+int HelmsmanModifyOrder(const tagBrokerOrder* order) {
+    return guarded([&] { return manager().initialised() ? openOrderModify(order) : 0; }, 0);
 }
 
 int HelmsmanToolAvailable(const char* exportName) {

@@ -199,4 +199,70 @@ inline constexpr const char* kButtonModifyTrigger = "修改";
 inline constexpr const char* kButtonDelete = "删除";
 inline constexpr const char* kButtonRefresh = "刷新";
 
+// ---- 平仓触发单 (close-position trigger) ------------------------------------------------------
+inline constexpr int kStopTriggerDialogId = 25045;
+inline constexpr const char* kStopTriggerCaption = "平仓触发单";
+inline constexpr const char* kSideLong = "多头持仓";
+inline constexpr const char* kSideShort = "空头持仓";
+// Instrument name, code, exchange name.
+inline constexpr const char* kStopTriggerSymbolFormat = "%s[%s@%s]";
+// Display formats of the expiry box and of the quote time.
+inline constexpr const char* kExpiryDisplayFormat = "yyyy-MM-dd HH:mm";
+inline constexpr const char* kQuoteTimeFormat = "HH:mm:ss";
+inline constexpr const char* kMsgStopTriggerQuoteInvalid =
+    "当前商品行情无效或现价为0，不能进行触发单交易！";
+// Texts of this window's own choices.
+// Closing more than the side holds: volume, position.
+inline constexpr const char* kMsgStopTriggerExceeds =
+    "输入错误，平仓数量%.f张超过当前持仓数量%.f张！";
+inline constexpr const char* kMsgLocalTriggerUnavailable = "本地触发单中心无法接收该触发单！";
+inline constexpr const char* kLabelPosition = "持仓";
+inline constexpr const char* kLabelQuoteTime = "行情时间";
+inline constexpr const char* kButtonSendTrigger = "发送平仓触发单";
+inline constexpr const char* kButtonClose = "关闭";
+inline constexpr const char* kOpenCloseClose = "平仓";
+inline constexpr const char* kOpenCloseToday = "平今";
+inline constexpr const char* kStopTriggerSent = "已发送：%s %s张 触发价:%s";
+inline constexpr const char* kStopTriggerLocalSent = "已交本地触发单中心：%s %s张 触发价:%s";
+inline constexpr const char* kStopTriggerFailed = "发送失败：%s";
+
+// ---- 改单 (changing a working order) ---------------------------------------------------------
+inline constexpr int kOrderModifyDialogId = 25014;
+inline constexpr const char* kOrderModifyCaption = "改单";
+// Total, long, short.
+inline constexpr const char* kModifyPositionFormat = "%.f(%.f/%.f)";
+// Each side with today's part of it.
+inline constexpr const char* kModifySidesFormat = "%s(%.f)/%s(%.f)";
+inline constexpr const char* kModifyLongToday = "今多";
+inline constexpr const char* kModifyShortToday = "今空";
+inline constexpr const char* kMsgModifyToBid =
+    "输入的委托价格数量不在涨跌停范围内，已自动修改为当前叫买价！";
+inline constexpr const char* kMsgModifyToAsk =
+    "输入的委托价格数量不在涨跌停范围内，已自动修改为当前叫卖价！";
+inline constexpr const char* kMsgCloseLongAbove =
+    "输入的平多仓数量大于当前买持仓，已自动修改为当前买持仓量！";
+inline constexpr const char* kMsgCloseLongNotPositive =
+    "输入的平多仓数量小于等于0，已自动修改为当前买持仓量！";
+inline constexpr const char* kMsgCloseShortAbove =
+    "输入的平空仓数量大于当前卖持仓，已自动修改为当前卖持仓量！";
+inline constexpr const char* kMsgCloseShortNotPositive =
+    "输入的平空仓数量小于等于0，已自动修改为当前卖持仓量！";
+// Texts of this window's own choices.
+inline constexpr const char* kMsgModifyUnchanged = "委托价格和数量都没有改变！";
+inline constexpr const char* kMsgModifyNotWorking = "该委托已不在队列中，不能改单！";
+inline constexpr const char* kMsgModifyNoPosition = "当前没有可平的持仓，不能改单！";
+inline constexpr const char* kLabelOrder = "原委托";
+inline constexpr const char* kLabelSides = "今仓";
+inline constexpr const char* kLabelNewPrice = "新价格";
+inline constexpr const char* kLabelNewVolume = "新数量";
+inline constexpr const char* kButtonModify = "改单";
+// Identifier, action (开仓买入…), code, volume, price, filled.
+inline constexpr const char* kOrderSummaryFormat = "#%s %s %s %s张 价格:%s 已成交:%s";
+inline constexpr const char* kModifyCancelling = "正在撤销原委托…";
+inline constexpr const char* kModifyCancelFailed = "撤单失败，原委托仍在队列中，未发出新委托。";
+inline constexpr const char* kModifyFilled = "原委托已全部成交，未发出新委托。";
+inline constexpr const char* kModifyGone = "原委托已撤销，成交已满新数量，未发出新委托。";
+inline constexpr const char* kModifySent = "已改单：原委托已撤销，新委托 %s张 价格:%s";
+inline constexpr const char* kModifySendFailed = "原委托已撤销，新委托发送失败：%s";
+
 }  // namespace order_text

@@ -177,6 +177,12 @@ void DeskWindow::buildUi() {
         openTool("OpenHelmsman");
     };
     hooks.accountsChanged = [this] { updateStatus(); };
+    hooks.modifyOrder = [this](const tagBrokerOrder& order) {
+        using ModifyFn = decltype(&HelmsmanModifyOrder);
+        if (!m_addin.isToolAvailable("HelmsmanModifyOrder")) return;
+        if (auto fn = reinterpret_cast<ModifyFn>(m_addin.toolFunction("HelmsmanModifyOrder")))
+            fn(&order);
+    };
     m_monitors = new MonitorSet(
         m_exchange, m_prompter,
         [this](std::int32_t e, const std::string& c) { return decimalsOf(e, c); }, std::move(hooks),

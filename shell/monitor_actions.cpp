@@ -136,6 +136,21 @@ int MonitorSet::cancelSelected(QTableView* view) {
     return deleteOrders(keys);
 }
 
+bool MonitorSet::modifySelected(QTableView* view) {
+    for (const RecordRow* r : selectedRecords(view)) {
+        if (!cancellable(*r)) continue;
+        const QStringList k = splitRowKey(r->key);
+        tagBrokerOrder order;
+        if (k.size() == 3 && m_exchange.GetOrder(order, u8(k[0]), u8(k[1]), u8(k[2])) &&
+            m_hooks.modifyOrder) {
+            m_hooks.modifyOrder(order);
+            return true;
+        }
+    }
+    m_prompter.inform(t::kPrompt, t::kPickOrderToModify);
+    return false;
+}
+
 int MonitorSet::cancelAllWorking() {
     flush();  // count what the exchange has reported so far
     QStringList keys;
@@ -239,6 +254,13 @@ QMenu* MonitorSet::contextMenu(QTableView* view, const QPoint& pos) {
             menu->addAction(t::kMenuCancel, this, [this, view] { cancelSelected(view); });
         cancel->setEnabled(std::any_of(selected.begin(), selected.end(),
                                        [](const RecordRow* r) { return cancellable(*r); }));
+        if (m_hooks.modifyOrder &&
+            (!m_hooks.toolAvailable || m_hooks.toolAvailable("HelmsmanModifyOrder"))) {
+            QAction* modify =
+                menu->addAction(t::kModifyOrder, this, [this, view] { modifySelected(view); });
+            modify->setEnabled(std::any_of(selected.begin(), selected.end(),
+                                           [](const RecordRow* r) { return cancellable(*r); }));
+        }
     } else if (view == m_triggerView) {
         QAction* del =
             menu->addAction(t::kDeleteTrigger, this, [this] { deleteSelectedTriggers(); });

@@ -202,6 +202,16 @@ void MonitorSet::buildPanes(QWidget* parent) {
         return b;
     };
 
+    auto modifyButton = [this, &button] {
+        QPushButton* b = button(t::kModifyOrder, [this] { modifySelected(m_workingView); });
+        b->setObjectName(QStringLiteral("HelmsmanModifyOrder"));
+        const bool available = m_hooks.modifyOrder &&
+                               (!m_hooks.toolAvailable || m_hooks.toolAvailable("HelmsmanModifyOrder"));
+        b->setEnabled(available);
+        if (!available) b->setToolTip(QString::fromUtf8(t::kModifyOrder) + QString::fromUtf8(t::kNotAvailableTip));
+        return b;
+    };
+
     m_accountPane = pane(m_accountView, t::kAccounts,
                          {button(t::kLogon, [this] { logonSelected(true); }),
                           button(t::kLogoff, [this] { logonSelected(false); })});
@@ -210,6 +220,7 @@ void MonitorSet::buildPanes(QWidget* parent) {
     m_tabs->setDocumentMode(true);
     m_tabs->addTab(pane(m_workingView, {},
                         {button(t::kCancel, [this] { cancelSelected(m_workingView); }),
+                         modifyButton(),
                          button(t::kCancelAllWorking, [this] { cancelAllWorking(); })}),
                    t::kWorking);
     m_tabs->addTab(pane(m_allOrdersView, {},

@@ -49,6 +49,7 @@ public:
         std::function<bool(const char* exportName)> toolAvailable;  // none: all available
         std::function<void(const tagSymbol&)> openTicket;         // context menu
         std::function<void()> accountsChanged;                    // after logon or logoff
+        std::function<void(const tagBrokerOrder&)> modifyOrder;   // the add-in's 改单 window
     };
 
     MonitorSet(SimExchange& exchange, IPrompter& prompter, DecimalsOf decimals, Hooks hooks,
@@ -97,6 +98,8 @@ public:
     // how many.
     int cancelAllWorking();
     void deleteSelectedTriggers();
+    // Opens the change of the first working order selected in the view (through the hook).
+    bool modifySelected(QTableView* view);
     void logonSelected(bool on);
     // The position picked in the positions view (else the first held one).
     bool selectedPosition(tagOpenedPosition& out) const;

@@ -76,6 +76,7 @@ inline constexpr const char* kLogon = "登录";
 inline constexpr const char* kLogoff = "登出";
 inline constexpr const char* kCancel = "撤单";
 inline constexpr const char* kCancelAllWorking = "全撤";
+inline constexpr const char* kModifyOrder = "改单";
 inline constexpr const char* kDeleteTrigger = "删除条件单";
 
 // Monitor actions: questions, context menu and export.
@@ -87,6 +88,7 @@ inline constexpr const char* kAskCancelMany = "确定撤销选中的 %1 笔委�
 inline constexpr const char* kAskCancelAll = "确定撤销全部 %1 笔挂单吗？";
 inline constexpr const char* kNothingToCancel = "没有可撤的挂单。";
 inline constexpr const char* kPickWorkingOrder = "请先选择要撤销的挂单。";
+inline constexpr const char* kPickOrderToModify = "请先选择要修改的挂单。";
 inline constexpr const char* kMenuCancel = "撤单";
 inline constexpr const char* kMenuCopy = "复制";
 inline constexpr const char* kMenuOpenTicket = "下单：%1";

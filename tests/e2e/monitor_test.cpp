@@ -157,6 +157,7 @@ protected:
         m_window.resize(900, 400);
         MonitorSet::Hooks hooks;
         hooks.openTicket = [this](const tagSymbol& s) { m_opened.push_back(s); };
+        hooks.modifyOrder = [this](const tagBrokerOrder& o) { m_modified.push_back(o); };
         m_monitors = std::make_unique<MonitorSet>(*m_exchange, m_prompter, kTwoDecimals,
                                                   std::move(hooks), &m_window);
         auto* layout = new QVBoxLayout(&m_window);
@@ -213,6 +214,7 @@ protected:
     QWidget m_window;
     HookPrompter m_prompter;
     std::vector<tagSymbol> m_opened;
+    std::vector<tagBrokerOrder> m_modified;
     std::unique_ptr<MonitorSet> m_monitors;
 };
 
@@ -341,6 +343,22 @@ TEST_F(MonitorTest, CancellingAsksFirstAndActsOnTheOrderById) {
     EXPECT_EQ(m_prompter.lastText(), "请先选择要撤销的挂单。");
 }
 
+TEST_F(MonitorTest, ChangingAnOrderHandsTheSelectedWorkingOrderOver) {
+    const std::string a = rest(2);
+    deliver();
+    select("workingOrders", a);
+    EXPECT_TRUE(m_monitors->modifySelected(view("workingOrders")));
+    ASSERT_EQ(m_modified.size(), 1u);
+    EXPECT_EQ(m_modified[0].strOrderID, a);
+    EXPECT_DOUBLE_EQ(m_modified[0].dVolume, 2);
+    m_exchange->DeleteOrder("880001", "9999", a);
+    deliver();
+    select("allOrders", a);
+    EXPECT_FALSE(m_monitors->modifySelected(view("allOrders")));
+    EXPECT_EQ(m_prompter.lastText(), "请先选择要修改的挂单。");
+    EXPECT_EQ(m_modified.size(), 1u);
+}
+
 TEST_F(MonitorTest, AFillAppendsAFillAndUpdatesItsPosition) {
     IModuleFutureTrader::ITickEx q;
     m_exchange->GetMarketQuote({0, "rb2105"}, q);
@@ -379,8 +397,8 @@ TEST_F(MonitorTest, ContextMenuCopyAndGbkCsvExport) {
     for (QAction* act : menu->actions()) {
         if (!act->isSeparator()) texts << act->text() + (act->isEnabled() ? "" : "(off)");
     }
-    EXPECT_EQ(texts, (QStringList{"撤单", "复制", "下单：rb2105", "导出CSV..."}));
-    menu->actions()[2]->trigger();
+    EXPECT_EQ(texts, (QStringList{"撤单", "改单", "复制", "下单：rb2105", "导出CSV..."}));
+    menu->actions()[3]->trigger();
     ASSERT_EQ(m_opened.size(), 1u);
     EXPECT_EQ(m_opened[0], (tagSymbol{0, "rb2105"}));
 
