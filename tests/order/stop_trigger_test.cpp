@@ -1,65 +1,22 @@
 // The close-position trigger: refusals (nothing sent), side labels and formats, the trigger
 // type from the reference price, the expiry question and the three ways an order leaves.
-#include <gtest/gtest.h>
-
-#include <functional>
-
-#include "app/helmsman_manage.h"
 #include "order/order_strings.h"
 #include "order/stop_trigger.h"
-#include "support/fake_host.h"
-#include "support/quote_builders.h"
-#include "support/scripted.h"
-#include "support/temp_dir.h"
+#include "order_test_support.h"
+#include "ticket_fixture.h"
 
 namespace {
 
 using namespace order_text;
 
-struct RecordingCentre : ILocalTriggerCentre {
-    std::vector<tagTriggerOrder> added;
-    bool addTrigger(const tagTriggerOrder& t, const tagAlgoSetting*) override {
-        added.push_back(t);
-        return true;
-    }
-    bool addTriggers(const std::vector<tagTriggerOrder>&, const tagAlgoSetting*) override {
-        return true;
-    }
-    void showCentre() override {}
-};
-
-class StopTriggerTest : public ::testing::Test {
+// Account A1 holds long 3 and short 2 of 白银2412 (ag2412) on 上期所; last 5000.
+class StopTriggerTest : public TicketTest {
 protected:
-    static constexpr std::int64_t kNowMs = 1'717'000'000'000;
-    FakeHost host;
-    ScriptedPrompter prompter;
-    ScriptedUi ui;
-    ManualClock clock{kNowMs};
-    CHelmsmanManage manage;
-    TempDir root{"helmsman_stoptrig"};
-
     void SetUp() override {
-        manage.init(7, &host, root.string(), "trader", 0);
-        manage.setPrompter(&prompter);
-        manage.setUi(&ui);
-        manage.setClock(&clock);
-        host.accounts = {FakeHost::account("A1", "B1", "张三")};
-        host.exchanges = {{1, "上期所"}};
-        host.details["ag2412"] = contractDetail(0.2f, 1, 10, 0.1);
+        TicketTest::SetUp();
         host.details["ag2412"].strName = "白银2412";
-        host.quotes["ag2412"] =
-            TickBuilder(1, "ag2412").bid(5000, 3).ask(5000.2, 4).last(5000).limits(4500, 5500);
-        tagOpenedPosition p;
-        p.strAccountID = "A1";
-        p.strBrokerID = "B1";
-        p.nExchangeID = 1;
-        p.strCode = "ag2412";
-        p.dLong = 3;
-        p.dLongToday = 1;
-        p.dShort = 2;
-        p.dShortToday = 2;
-        p.dTotal = 5;
-        host.positions = {p};
+        host.quotes["ag2412"] = quote("ag2412", 5000, 5000.2, 5000, 4500, 5500);
+        host.positions = {agPosition("B1")};
     }
 
     CStopTrigger make(int side) { return CStopTrigger(manage, host.positions[0], side, "ag2412"); }
@@ -78,8 +35,6 @@ TEST_F(StopTriggerTest, SideLabelsDirectionAndSymbolText) {
     // Without a name the code stands in for it.
     host.details["ag2412"].strName.clear();
     EXPECT_EQ(make(1).symbolText(), "ag2412[ag2412@上期所]");
-    EXPECT_STREQ(kExpiryDisplayFormat, "yyyy-MM-dd HH:mm");
-    EXPECT_STREQ(kQuoteTimeFormat, "HH:mm:ss");
 }
 
 TEST(StopTriggerType, EqualGoesToTheDipTypeBothWays) {
@@ -204,8 +159,6 @@ TEST_F(StopTriggerTest, NextDayExpiryAsksAndNoMeansToday) {
         }
         EXPECT_EQ(host.sentTriggers.back().tExpiry, c.sent);
     }
-    EXPECT_NE(std::string(kMsgNextDayExpiry).find("跳空风险，并愿意接受由此产生的风险损失！\r\n\r\n"),
-              std::string::npos);
 }
 
 TEST_F(StopTriggerTest, LocalVariantAsksThenHandsToTheCentreForToday) {

@@ -1,30 +1,12 @@
 // The trigger page's sending steps. ag2412 has a 0.2 tick, so N points are N × 0.2.
 #include "order/trigger_order.h"
 
-#include "app/local_trigger_centre.h"
+#include "order_test_support.h"
 #include "ticket_fixture.h"
 
 namespace {
 
 using Result = CTriggerOrder::SendResult;
-
-// A local trigger centre that records what it is handed.
-class RecordingCentre : public ILocalTriggerCentre {
-public:
-    bool accept = true;
-    std::vector<tagTriggerOrder> added;
-    std::vector<bool> withOptions;
-    bool addTrigger(const tagTriggerOrder& t, const tagAlgoSetting* options) override {
-        if (!accept) return false;
-        added.push_back(t);
-        withOptions.push_back(options != nullptr);
-        return true;
-    }
-    bool addTriggers(const std::vector<tagTriggerOrder>&, const tagAlgoSetting*) override {
-        return true;
-    }
-    void showCentre() override {}
-};
 
 const char* const kNextDay =
     "如果您想要使用隔日有效的触发单，请先了解隔日触发单\r\n可能存在的跳空风险，并愿意接受由此产生的"

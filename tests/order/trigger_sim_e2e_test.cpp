@@ -5,28 +5,11 @@
 #include "order/master_dialog.h"
 #include "order/trigger_modify_order.h"
 #include "order/trigger_order.h"
+#include "order_test_support.h"
 #include "sim/sim_test_util.h"
 #include "support/scripted.h"
 
 namespace {
-
-class HostSink : public ISimEventSink {
-public:
-    explicit HostSink(CHelmsmanManage& m) : m_manager(m) {}
-    void onDataChange(std::uint32_t code, std::uintptr_t data) override {
-        m_manager.dataChange(code, data);
-    }
-    void onLogonStateChange(std::uint32_t code, std::uintptr_t data) override {
-        m_manager.logonStateChange(code, data);
-    }
-    void onWindowMessage(std::uint32_t hWnd, std::uint32_t msg, std::uintptr_t w,
-                         std::uintptr_t l) override {
-        m_manager.sendMessage(hWnd, msg, w, l);
-    }
-
-private:
-    CHelmsmanManage& m_manager;
-};
 
 TEST(TriggerPageOnSim, SentTriggerIsListedThenReleasedAndDropped) {
     ManualClock clock(simtest::localMs(10, 0, 0));
