@@ -2,8 +2,12 @@
 // caption is the current template name.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include "spread/spread_templates.h"
 #include "spread/template_commands.h"
+#include "support/scripted.h"
+#include "support/temp_dir.h"
 
 struct ManualTool {
     tagManualSpreadTemplate settings;
@@ -26,4 +30,17 @@ struct ManualTool {
                 writeManualSpreadDefault,
                 [](const tagManualSpreadTemplate& t) { return spreadTemplateRow(t); }};
     }
+};
+
+// The manual spread's template commands on a throw-away folder, with a scripted prompter.
+struct ManualTemplatesTest : ::testing::Test {
+    TempDir dir;
+    ScriptedPrompter prompter;
+    ManualTool tool;
+    CToolTemplates<tagManualSpreadTemplate> templates{
+        dir / "",
+        template_files::kManualSpread,
+        {spread_text::kManualSpreadManager, spread_text::kSpreadColumns, ""},
+        tool.hooks(),
+        prompter};
 };

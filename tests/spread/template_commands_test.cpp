@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "spread/manual_tool.h"
-#include "support/scripted.h"
-#include "support/temp_dir.h"
 
 namespace {
 
@@ -15,17 +13,7 @@ Manual named(const std::string& name, int lots = 1) {
     return t;
 }
 
-struct ToolTemplates : ::testing::Test {
-    TempDir dir;
-    ScriptedPrompter prompter;
-    ManualTool tool;
-    CToolTemplates<Manual> templates{
-        dir / "",
-        template_files::kManualSpread,
-        {spread_text::kManualSpreadManager, spread_text::kSpreadColumns, ""},
-        tool.hooks(),
-        prompter};
-
+struct ToolTemplates : ManualTemplatesTest {
     void seed(std::vector<Manual> list) { ASSERT_TRUE(templates.store().save(list)); }
     std::vector<std::string> names() { return templates.names(); }
 };

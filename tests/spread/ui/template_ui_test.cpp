@@ -12,8 +12,6 @@
 #include "spread/ui/template_menu.h"
 #include "spread/ui/template_name_dialog.h"
 #include "support/qt_app.h"
-#include "support/scripted.h"
-#include "support/temp_dir.h"
 
 namespace {
 
@@ -28,17 +26,8 @@ Manual named(const std::string& name, const char* a, const char* b, bool butterf
     return t;
 }
 
-struct TemplateUi : ::testing::Test {
+struct TemplateUi : ManualTemplatesTest {
     TemplateUi() { testApp(); }
-    TempDir dir;
-    ScriptedPrompter prompter;
-    ManualTool tool;
-    CToolTemplates<Manual> templates{
-        dir / "",
-        template_files::kManualSpread,
-        {spread_text::kManualSpreadManager, spread_text::kSpreadColumns, ""},
-        tool.hooks(),
-        prompter};
 
     void seed() {
         ASSERT_TRUE(templates.store().save({named("跨期IF", "IF2406", "IF2409"),
