@@ -42,7 +42,7 @@ bool acceptTemplateName(const std::string& name, IPrompter& prompter);
 enum class TemplateSaveResult { NotOverwritten, Overwritten, Added };
 
 // How a tool's manager dialog looks.
-struct TemplateManagerSpec {
+struct TemplateManagerLayout {
     std::string caption;
     std::string columns;   // column layout text
     std::string listName;  // under which the list keeps the user's column layout
@@ -92,7 +92,7 @@ public:
     // Writes the current settings to the tool's Profile.ini section and says so.
     virtual void setAsDefault() = 0;
     virtual std::unique_ptr<CTemplateList> workingCopy() const = 0;
-    virtual const TemplateManagerSpec& managerSpec() const = 0;
+    virtual const TemplateManagerLayout& managerLayout() const = 0;
     virtual const std::filesystem::path& userDir() const = 0;
     virtual IPrompter& prompter() const = 0;
 };
@@ -141,8 +141,8 @@ private:
 template <class R>
 class CToolTemplates final : public ITemplateCommands {
 public:
-    CToolTemplates(std::filesystem::path userDir, const TemplateFileSpec& file,
-                   TemplateManagerSpec manager, TemplateToolHooks<R> hooks, IPrompter& prompter)
+    CToolTemplates(std::filesystem::path userDir, const TemplateFile& file,
+                   TemplateManagerLayout manager, TemplateToolHooks<R> hooks, IPrompter& prompter)
         : m_userDir(std::move(userDir)),
           m_store(m_userDir, file),
           m_manager(std::move(manager)),
@@ -192,7 +192,7 @@ public:
     std::unique_ptr<CTemplateList> workingCopy() const override {
         return std::make_unique<CTemplateListOf<R>>(m_store, m_hooks.row);
     }
-    const TemplateManagerSpec& managerSpec() const override { return m_manager; }
+    const TemplateManagerLayout& managerLayout() const override { return m_manager; }
     const std::filesystem::path& userDir() const override { return m_userDir; }
     IPrompter& prompter() const override { return *m_prompter; }
     const CTemplateStore<R>& store() const { return m_store; }
@@ -200,7 +200,7 @@ public:
 private:
     std::filesystem::path m_userDir;
     CTemplateStore<R> m_store;
-    TemplateManagerSpec m_manager;
+    TemplateManagerLayout m_manager;
     TemplateToolHooks<R> m_hooks;
     IPrompter* m_prompter;
 };

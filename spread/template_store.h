@@ -32,26 +32,26 @@
 #include "spread/archive.h"
 
 // A tool's template file: its name in the user directory and its magic.
-struct TemplateFileSpec {
+struct TemplateFile {
     const char* fileName;
     const char* magic;
 };
 
 namespace template_files {
-inline constexpr TemplateFileSpec kManualSpread{"ManualSpread.dat", "QXMS_1.2"};
-inline constexpr TemplateFileSpec kAutoSpread{"AutoSpread.dat", "QXSO_1.3"};
-inline constexpr TemplateFileSpec kSpreadVip{"SpreadVIP.dat", "QXSV_1.0"};
-inline constexpr TemplateFileSpec kSniper{"snipper.dat", "QXSPV_1.0"};
-inline constexpr TemplateFileSpec kGridsSpread{"GridsSpread.dat", "QXGS_1.1"};
+inline constexpr TemplateFile kManualSpread{"ManualSpread.dat", "QXMS_1.2"};
+inline constexpr TemplateFile kAutoSpread{"AutoSpread.dat", "QXSO_1.3"};
+inline constexpr TemplateFile kSpreadVip{"SpreadVIP.dat", "QXSV_1.0"};
+inline constexpr TemplateFile kSniper{"snipper.dat", "QXSPV_1.0"};
+inline constexpr TemplateFile kGridsSpread{"GridsSpread.dat", "QXGS_1.1"};
 // The interlinked grids share the grid spread's magic: files written with it must keep
 // loading, so each tool tells the two apart only by reading with its own record layout.
-inline constexpr TemplateFileSpec kInterlinkGrids{"InterlinkGrids.dat", "QXGS_1.1"};
-inline constexpr TemplateFileSpec kSingleGrid{"singlegrid.dat", "QXSG_1.1"};
-inline constexpr TemplateFileSpec kScalper{"Scalper.dat", "QXST_1.0"};
-inline constexpr TemplateFileSpec kBlader{"blader.dat", "QXBT_1.0"};
-inline constexpr TemplateFileSpec kAmtOrder{"AMTOrder.dat", "QXAMT_1.0"};
-inline constexpr TemplateFileSpec kAlgoSet{"algoset.dat", "QXAT_1.0"};
-inline constexpr TemplateFileSpec kRiskCalc{"RiskCalc.dat", "QXRC_1.0"};
+inline constexpr TemplateFile kInterlinkGrids{"InterlinkGrids.dat", "QXGS_1.1"};
+inline constexpr TemplateFile kSingleGrid{"singlegrid.dat", "QXSG_1.1"};
+inline constexpr TemplateFile kScalper{"Scalper.dat", "QXST_1.0"};
+inline constexpr TemplateFile kBlader{"blader.dat", "QXBT_1.0"};
+inline constexpr TemplateFile kAmtOrder{"AMTOrder.dat", "QXAMT_1.0"};
+inline constexpr TemplateFile kAlgoSet{"algoset.dat", "QXAT_1.0"};
+inline constexpr TemplateFile kRiskCalc{"RiskCalc.dat", "QXRC_1.0"};
 // Defined beside the others and written by no file; kept so the name stays reserved.
 inline constexpr const char* kInterlinkGridsMagic = "QXIG_1.0";
 }  // namespace template_files
@@ -120,8 +120,8 @@ int findTemplate(const std::vector<R>& list, std::string_view name) {
 template <class R>
 class CTemplateStore {
 public:
-    CTemplateStore(const std::filesystem::path& userDir, const TemplateFileSpec& spec)
-        : m_path(userDir / spec.fileName), m_magic(spec.magic) {}
+    CTemplateStore(const std::filesystem::path& userDir, const TemplateFile& file)
+        : m_path(userDir / file.fileName), m_magic(file.magic) {}
 
     const std::filesystem::path& path() const { return m_path; }
     std::string_view magic() const { return m_magic; }

@@ -114,8 +114,8 @@ public:
     const LocalTriggerDisplay& display() const { return m_display; }
     // Applies and writes the options (when they changed).
     void setDisplay(const LocalTriggerDisplay& display);
-    // The column specification of the visible columns.
-    std::string columnSpec() const;
+    // The column layout of the visible columns.
+    std::string columnLayout() const;
     std::vector<LocalTriggerRow> rows() const;
     // The cells of one record (all columns, the optional ones by the display options).
     std::vector<std::string> rowCells(std::size_t index) const;

@@ -83,13 +83,13 @@ void CLocalTrigger::setDisplay(const LocalTriggerDisplay& display) {
     if (m_manager.initialised()) saveLocalTriggerDisplay(m_manager.profilePath(), m_display);
 }
 
-std::string CLocalTrigger::columnSpec() const {
-    std::string spec = kColumns;
-    if (m_display.bShowExpiredTime) spec += kColExpiry;
-    if (m_display.bShowEntryFlag) spec += kColEntryFlag;
-    if (m_display.bShowSpeculate) spec += kColHedge;
-    if (m_display.bShowComment) spec += kColComment;
-    return spec;
+std::string CLocalTrigger::columnLayout() const {
+    std::string layout = kColumns;
+    if (m_display.bShowExpiredTime) layout += kColExpiry;
+    if (m_display.bShowEntryFlag) layout += kColEntryFlag;
+    if (m_display.bShowSpeculate) layout += kColHedge;
+    if (m_display.bShowComment) layout += kColComment;
+    return layout;
 }
 
 bool CLocalTrigger::isListed(std::size_t index) const {
@@ -161,7 +161,7 @@ bool CLocalTrigger::cancelAll() {
 
 bool CLocalTrigger::exportCsv(const std::filesystem::path& path) {
     std::string text;
-    for (const ColumnDef& c : parseColumnLayout(columnSpec())) {
+    for (const ColumnDef& c : parseColumnLayout(columnLayout())) {
         text += text.empty() ? "" : ",";
         text += c.title;
     }

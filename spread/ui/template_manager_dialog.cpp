@@ -16,13 +16,13 @@ QPushButton* button(QWidget* parent, const char* text) {
 
 TemplateManagerDialog::TemplateManagerDialog(ITemplateCommands& commands, QWidget* parent)
     : QDialog(parent), m_copy(commands.workingCopy()) {
-    const TemplateManagerSpec& spec = commands.managerSpec();
-    setWindowTitle(QString::fromStdString(spec.caption));
+    const TemplateManagerLayout& manager = commands.managerLayout();
+    setWindowTitle(QString::fromStdString(manager.caption));
     m_list = new CSortListCtrl(this);
     m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_list->SetHeadings(spec.columns);
-    if (!spec.listName.empty()) m_list->LoadColumnInfo(commands.userDir().string(), spec.listName);
+    m_list->SetHeadings(manager.columns);
+    if (!manager.listName.empty()) m_list->LoadColumnInfo(commands.userDir().string(), manager.listName);
 
     QPushButton* up = button(this, spread_text::kMoveUp);
     QPushButton* down = button(this, spread_text::kMoveDown);

@@ -36,7 +36,7 @@ Manual manual(const std::string& name, bool butterfly = false) {
 TEST(TemplateStore, EveryFileWritesItsMagic) {
     namespace f = template_files;
     const struct {
-        TemplateFileSpec spec;
+        TemplateFile layout;
         const char* fileName;
         const char* magic;
     } table[] = {
@@ -56,7 +56,7 @@ TEST(TemplateStore, EveryFileWritesItsMagic) {
     EXPECT_STREQ(f::kInterlinkGridsMagic, "QXIG_1.0");
     TempDir dir;
     for (const auto& row : table) {
-        CTemplateStore<Manual> store(dir / "", row.spec);
+        CTemplateStore<Manual> store(dir / "", row.layout);
         EXPECT_EQ(store.path().filename(), row.fileName);
         ASSERT_TRUE(store.save({}));
         const std::size_t n = std::strlen(row.magic);

@@ -119,7 +119,7 @@ TEST_F(TriggerTest, RowsShowEveryColumnAndFollowTheDisplayOptions) {
     t.tExpiry = localSec(15, 15, 0);
     centre->addTrigger(t);
     centre->addTrigger(trigger(3, "IF2101", kDirSell, 1, 5100, 5099.8, 1));
-    EXPECT_EQ(centre->columnSpec(),
+    EXPECT_EQ(centre->columnLayout(),
               "帐户,80;商品,50;数量,50;状态,60;触发类型,50;触发价,50;执行价,50;触发时间,60;"
               "状态信息,80;");
     auto rows = centre->rows();
@@ -132,7 +132,7 @@ TEST_F(TriggerTest, RowsShowEveryColumnAndFollowTheDisplayOptions) {
     d.nShowType = 0;
     d.bShowExpiredTime = d.bShowEntryFlag = d.bShowSpeculate = d.bShowComment = 1;
     centre->setDisplay(d);
-    EXPECT_EQ(centre->columnSpec(),
+    EXPECT_EQ(centre->columnLayout(),
               "帐户,80;商品,50;数量,50;状态,60;触发类型,50;触发价,50;执行价,50;触发时间,60;"
               "状态信息,80;过期时间,60;开平标志,60;投机保值,60;注释,60;");
     rows = centre->rows();

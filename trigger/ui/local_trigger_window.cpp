@@ -152,7 +152,7 @@ void LocalTriggerWindow::scheduleRebuild() {
 
 void LocalTriggerWindow::rebuild() {
     m_rebuildQueued = false;
-    const std::string headings = m_core->columnSpec();
+    const std::string headings = m_core->columnLayout();
     const int vscroll = m_list->verticalScrollBar() ? m_list->verticalScrollBar()->value() : 0;
     m_list->setUpdatesEnabled(false);
     if (headings != m_headings) {
