@@ -22,6 +22,7 @@
 #include "algo/algo_setting.h"
 #include "app/local_trigger_centre.h"
 #include "app/module_ui.h"
+#include "app/order_journal.h"
 #include "app/settings.h"
 #include "host/clock.h"
 #include "host/prompter.h"
@@ -59,6 +60,9 @@ public:
     IPrompter& prompter() const { return *m_prompter; }
     void setUi(IModuleUi* ui);
     IModuleUi& ui() const { return *m_ui; }
+    // The audit journal every tool records its orders in (a null journal by default).
+    void setJournal(IOrderJournal* journal) { m_journal = journal ? journal : &m_nullJournal; }
+    IOrderJournal& journal() const { return *m_journal; }
 
     // ---- Window handles --------------------------------------------------------------
     // Issues a fresh non-zero handle for the core object behind a window.
@@ -178,4 +182,6 @@ private:
     IModuleUi* m_ui;
     SilentPrompter m_silentPrompter;
     NullModuleUi m_nullUi;
+    NullOrderJournal m_nullJournal;
+    IOrderJournal* m_journal = &m_nullJournal;
 };
