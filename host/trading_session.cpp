@@ -25,6 +25,19 @@ constexpr ExchangeSessions kExchanges[] = {
     {3, "中国金融期货交易所", {hms(9, 10), hms(9, 15)}, kFinancialDay},
 };
 
+// 郑州商品交易所's evening: call auction 20:55-21:00, trading 21:00-23:30.
+constexpr NightSession kZceEvening{{hms(20, 55), hms(21, 0)}, {hms(21, 0), hms(23, 30)}};
+struct NightProduct {
+    std::uint16_t exchangeId;
+    const char* product;
+    const NightSession* night;
+};
+constexpr NightProduct kNightProducts[] = {
+    {2, "MA", &kZceEvening},
+    {2, "SR", &kZceEvening},
+    {2, "TA", &kZceEvening},
+};
+
 constexpr std::int32_t sec(int h, int m, int s) {
     return (h * 60 + m) * 60 + s;
 }
@@ -83,6 +96,21 @@ SessionState sessionState(int exchangeId, std::int32_t msOfDay) {
 
 bool isTrading(int exchangeId, std::int32_t msOfDay, const char* /*productCode*/) {
     return sessionState(exchangeId, msOfDay) == SessionState::Trading;
+}
+
+const NightSession* nightSession(int exchangeId, const char* productCode) {
+    if (!productCode) return nullptr;
+    const std::string_view product = productOf(productCode);
+    for (const auto& p : kNightProducts)
+        if (p.exchangeId == exchangeId && product == p.product) return p.night;
+    return nullptr;
+}
+
+std::string_view productOf(std::string_view code) {
+    std::size_t n = 0;
+    while (n < code.size() && ((code[n] >= 'A' && code[n] <= 'Z') || (code[n] >= 'a' && code[n] <= 'z')))
+        ++n;
+    return code.substr(0, n);
 }
 
 std::span<const LocalPeriod> localTriggerPeriods(int exchangeId) {

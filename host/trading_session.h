@@ -5,8 +5,10 @@
 // - The exchanges' day sessions (exchangeSessions): the hours an exchange really runs, by the
 //   host's exchange ids 0..3 (0 上海期货交易所, 1 大连商品交易所, 2 郑州商品交易所 with the
 //   mid-morning break 10:15-10:30 and lunch 11:30-13:30; 3 中国金融期货交易所 with its 09:15 open
-//   and lunch 11:30-13:00). Every product of an exchange keeps its exchange's day hours. Night
-//   sessions are not modelled: in the evening every exchange reads as closed.
+//   and lunch 11:30-13:00). Every product of an exchange keeps its exchange's day hours.
+// - Night sessions (nightSession): the evening hours of the products that trade at night
+//   (郑州商品交易所's MA, SR and TA: 21:00-23:30 after a call auction from 20:55). They are
+//   data only: a market uses them when it is set up to trade at night.
 // - The local trigger engine's period table (localTriggerPeriod): the same day shifted inward
 //   by three seconds after each opening and four seconds before each end, with both ends
 //   strict, so that no local trigger fires just after a period opens or just before it ends.
@@ -18,6 +20,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 namespace session {
 
@@ -68,6 +71,18 @@ SessionState sessionState(int exchangeId, std::int32_t msOfDay);
 // True in continuous trading. `productCode` is accepted so callers can ask about an
 // instrument; every product of an exchange keeps the exchange's day hours.
 bool isTrading(int exchangeId, std::int32_t msOfDay, const char* productCode = nullptr);
+
+// The evening of a product that trades at night: its call auction and its session, both
+// before midnight.
+struct NightSession {
+    SessionWindow preOpen;
+    SessionWindow trading;
+};
+
+// The night session of a product ("MA", "SR", ...) of an exchange; nullptr when it has none.
+const NightSession* nightSession(int exchangeId, const char* productCode);
+// The product of a contract code: its leading letters ("MA" of "MA805").
+std::string_view productOf(std::string_view code);
 
 // ---- The local trigger engine's periods ------------------------------------------------------
 

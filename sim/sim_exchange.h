@@ -14,7 +14,9 @@
 //   matches and no server trigger is released; the first quote round inside a session
 //   matches them. The random walk pauses in breaks, after the close and before the call
 //   auction: a contract that does not move queues no quote. Replayed ticks play at any hour
-//   (they are what the exchange recorded), matching still follows the sessions.
+//   (they are what the exchange recorded), matching still follows the sessions. Contracts of
+//   the recorded data that the catalogue lacks (sim_recorded.h) are learned when replayed;
+//   those of a product with a night session (郑商所 MA, SR, TA) also trade 21:00-23:30.
 // - Two demo accounts, 880001 "模拟账户一" and 880002 "模拟账户二" (broker 9999, "模拟期货公司"),
 //   password "888888", funds 1,000,000 and 500,000, both logged on at construction unless
 //   SimOptions says otherwise. 880002 holds 5 long rb2105 and 1 short IF2101 from yesterday,
@@ -211,8 +213,18 @@ public:
     // count and the first reasons).
     bool loadTickFile(const std::string& path, const tagSymbol& symbol = {},
                       sim::TickParseReport* report = nullptr);
-    // Replays already parsed ticks (same rules).
+    // Replays already parsed ticks (same rules), in trading-day order on the clock's trading
+    // day (sim_recorded.h): the night rows of a product that trades at night play the evening
+    // before its day rows.
     bool loadTicks(const tagSymbol& symbol, std::vector<sim::TickRecord> ticks);
+    // Replays ticks at the calendar times given (ms, one per tick; see sim::tradingDayTimes):
+    // a tick is due once the clock reaches its time. Ticks are ordered by time, ties kept in
+    // the given order. False for an unknown or expired contract, no ticks or a count mismatch.
+    bool loadTicksAt(const tagSymbol& symbol, std::vector<sim::TickRecord> ticks,
+                     std::vector<std::int64_t> atMs);
+    // Makes sure a contract of the recorded data is listed (sim::recordedContract) and gives
+    // its symbol; a contract already listed is left as it is. False for a code neither knows.
+    bool learnContract(const std::string& code, tagSymbol& symbol);
     // How many ticks of a replay remain to play (0 when not replaying).
     std::size_t replayRemaining(const tagSymbol& symbol) const;
 

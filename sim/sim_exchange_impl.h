@@ -24,6 +24,7 @@
 #include "host/trading_session.h"
 #include "host/window.h"
 #include "sim/sim_exchange.h"
+#include "sim/sim_recorded.h"
 
 namespace simdetail {
 
@@ -70,6 +71,7 @@ struct SimExchange::Impl {
         std::int64_t lastTicks = 0;
         // replay
         std::vector<sim::TickRecord> ticks;
+        std::vector<std::int64_t> tickAt;  // calendar ms of each tick (sim_recorded.h)
         std::size_t next = 0;
         bool replaying = false;
         // resting orders by price (ticks), FIFO within a price

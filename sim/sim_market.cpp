@@ -33,6 +33,7 @@ void SimExchange::Impl::initMarket(Market& m) {
     m.opened = false;
     m.replaying = false;
     m.ticks.clear();
+    m.tickAt.clear();
     m.next = 0;
     if (!m.subs) m.subs = std::make_shared<const std::vector<std::uint32_t>>();
     std::int64_t now = clock.nowMs();
@@ -62,12 +63,11 @@ std::int32_t SimExchange::Impl::timeOfDay(std::int64_t nowMs) const {
 }
 
 session::SessionState SimExchange::Impl::sessionAt(const Market& m, std::int64_t nowMs) const {
-    return session::sessionState(m.c.symbol.wExchangeID, timeOfDay(nowMs));
+    return sim::contractSession(m.c, timeOfDay(nowMs));
 }
 
 bool SimExchange::Impl::matchingOpen(const Market& m) const {
-    return !m.c.expired && session::isTrading(m.c.symbol.wExchangeID, timeOfDay(clock.nowMs()),
-                                              m.c.symbol.strCode.c_str());
+    return !m.c.expired && sessionAt(m, clock.nowMs()) == session::SessionState::Trading;
 }
 
 void SimExchange::Impl::openMarket(Market& m, std::int64_t nowMs) {
@@ -226,11 +226,11 @@ void SimExchange::step() {
     for (std::size_t mi = 0; mi < d.markets.size(); ++mi) {
         auto& m = d.markets[mi];
         if (m.replaying) {
-            const std::int32_t tod = d.timeOfDay(now);
-            const std::int64_t day = now - tod;
             bool any = false;
-            while (m.next < m.ticks.size() && m.ticks[m.next].timeMs <= tod) {
-                d.applyRecord(m, m.ticks[m.next++], day);
+            while (m.next < m.ticks.size() && m.tickAt[m.next] <= now) {
+                const sim::TickRecord& r = m.ticks[m.next];
+                d.applyRecord(m, r, m.tickAt[m.next] - r.timeMs);
+                ++m.next;
                 d.round(mi);
                 any = true;
             }
@@ -287,9 +287,19 @@ bool SimExchange::loadTickFile(const std::string& path, const tagSymbol& symbol,
         if (symbol.strCode.empty())
             for (std::size_t i = 0; i < d.markets.size() && mi == Impl::npos; ++i)
                 if (d.markets[i].c.symbol.strCode == sym.strCode) mi = i;
-        if (mi == Impl::npos) {
+        if (mi == Impl::npos && !symbol.strCode.empty()) {
             rep.error = "unknown contract " + sym.strCode;
             return false;
+        }
+        if (mi == Impl::npos) {
+            // A contract of the recorded data that the catalogue does not list is learned.
+            SimContract learned;
+            if (!sim::recordedContract(sym.strCode, learned)) {
+                rep.error = "unknown contract " + sym.strCode;
+                return false;
+            }
+            addContract(learned);
+            mi = d.findMarket(learned.symbol);
         }
         if (d.markets[mi].c.expired) {
             rep.error = "contract " + sym.strCode + " has expired";
@@ -306,32 +316,11 @@ bool SimExchange::loadTickFile(const std::string& path, const tagSymbol& symbol,
 }
 
 bool SimExchange::loadTicks(const tagSymbol& symbol, std::vector<sim::TickRecord> ticks) {
-    SIM_LOCK;
-    std::size_t mi = d.findMarket(symbol);
-    if (mi == Impl::npos || ticks.empty() || d.markets[mi].c.expired) return false;
-    auto& m = d.markets[mi];
-    std::stable_sort(ticks.begin(), ticks.end(),
-                     [](const auto& a, const auto& b) { return a.timeMs < b.timeMs; });
-    // The day's fixed values from the first tick that has them.
-    for (const auto& r : ticks) {
-        if (r.upperLimit > 0 && r.lowerLimit > 0) {
-            d.setLimits(m, r.upperLimit, r.lowerLimit);
-            break;
-        }
-    }
-    for (const auto& r : ticks)
-        if (r.preSettle > 0) {
-            m.q.dPreSettle = r.preSettle;
-            break;
-        }
-    m.ticks = std::move(ticks);
-    m.next = 0;
-    m.replaying = true;
-    m.opened = false;
-    m.q.dLast = m.q.dBid = m.q.dAsk = m.q.dBidVol = m.q.dAskVol = 0;
-    m.q.dVolume = m.q.dTurnover = 0;
-    m.q.dOpen = m.q.dHigh = m.q.dLow = 0;
-    return true;
+    // The file plays on the clock's trading day, in trading-day order (night rows first).
+    bool night = false;
+    for (const auto& r : ticks) night = night || sim::isNightTime(r.timeMs);
+    auto at = sim::tradingDayTimes(ticks, sim::replayTradingDate(m_impl->clock.now(), night));
+    return loadTicksAt(symbol, std::move(ticks), std::move(at));
 }
 
 std::size_t SimExchange::replayRemaining(const tagSymbol& symbol) const {

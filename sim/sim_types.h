@@ -67,6 +67,7 @@ struct SimContract {
     double commissionRate = 0;       // a fraction of the traded value (whichever is non-zero)
     double typicalTouchVolume = 20;  // scale of the random walk's bid/ask volumes
     bool expired = false;            // past its last trading day: listed, never ticks
+    bool night = false;              // also trades its product's night session
 };
 
 // One demo account.
