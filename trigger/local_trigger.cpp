@@ -3,6 +3,8 @@
 #include <ctime>
 
 #include "app/helmsman_manage.h"
+#include "host/codes.h"
+#include "host/number_text.h"
 #include "host/price.h"
 #include "host/trading_session.h"
 #include "trigger/trigger_strings.h"
@@ -290,8 +292,26 @@ void CLocalTrigger::fire(std::size_t index, const SlotView& view, std::int64_t n
     setStatus(index, kOrderFilled);
     rec.trigger.tStart = now;
     m_hot[index].tStart = now;
-    m_manager.submitOrder(order, false, trigger_text::kComment,
-                          rec.bHasOptions ? &rec.options : nullptr);
+    const int result = m_manager.submitOrder(order, false, trigger_text::kComment,
+                                             rec.bHasOptions ? &rec.options : nullptr);
+    // Why it was sent: the watched price crossed the trigger price.
+    JournalEntry entry;
+    entry.timeMs = m_manager.clock().nowMs();
+    entry.tool = trigger_text::kComment;
+    entry.window = trigger_text::kCaption;
+    entry.tag = order.strRemark;
+    entry.order = order;
+    entry.result = result;
+    entry.reason = std::string(codes::triggerTypeText(t.nTriggerType)) + "：最新价" +
+                   number_text::format(view.watched, rec.nPriceDecimals) +
+                   (t.nTriggerType == kTriggerBuyDip || t.nTriggerType == kTriggerSellChase
+                        ? "不高于"
+                        : "不低于") +
+                   "触发价" + number_text::format(t.dTriggerPrice, rec.nPriceDecimals);
+    entry.figures = {{"watched", view.watched},
+                     {"trigger", t.dTriggerPrice},
+                     {"type", static_cast<double>(t.nTriggerType)}};
+    m_manager.journal().record(entry);
 }
 
 void CLocalTrigger::setStatus(std::size_t index, std::int32_t status) {
