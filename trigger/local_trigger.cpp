@@ -1,6 +1,7 @@
 #include "trigger/local_trigger.h"
 
 #include <ctime>
+#include <limits>
 
 #include "app/helmsman_manage.h"
 #include "host/codes.h"
@@ -28,6 +29,22 @@ std::int8_t triggerKind(std::int32_t direction, std::int32_t type) {
         if (type == kTriggerSellChase) return kFiresAtOrBelow;
     }
     return kTriggerBadType;
+}
+
+// Seconds since local midnight of calendar seconds t. The broken-down local time is worked
+// out once per quarter hour: zones change their offset only on quarter hours, so within one
+// the time of day moves with t.
+std::int32_t secondOfDay(std::int64_t t) {
+    constexpr std::int64_t kBlock = 900;
+    thread_local std::int64_t blockStart = std::numeric_limits<std::int64_t>::min();
+    thread_local std::int32_t blockSecOfDay = 0;
+    const std::int64_t start = t - ((t % kBlock) + kBlock) % kBlock;
+    if (start != blockStart) {
+        const std::tm local = toLocalTm(start);
+        blockStart = start;
+        blockSecOfDay = local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
+    }
+    return blockSecOfDay + static_cast<std::int32_t>(t - start);
 }
 
 }  // namespace
@@ -204,8 +221,7 @@ std::intptr_t CLocalTrigger::onMessage(std::uint32_t msg, std::uintptr_t wParam,
 bool CLocalTrigger::step() {
     const IClock& clock = m_manager.clock();
     const std::int64_t now = clock.now();
-    const std::tm local = toLocalTm(now);
-    const std::int32_t secOfDay = local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
+    const std::int32_t secOfDay = secondOfDay(now);
     {
         std::lock_guard triggerLock(m_triggerLock);
         std::lock_guard quoteLock(m_quoteLock);
