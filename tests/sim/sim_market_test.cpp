@@ -177,7 +177,7 @@ TEST(SimReplay, RefusedFileSaysWhy) {
         std::string text;
         std::string error;
     } cases[] = {
-        {"AP805_20180201.csv", good, "unknown contract AP805"},
+        {"ZZ805_20180201.csv", good, "unknown contract ZZ805"},
         {"IF2012_20201218.csv", good, "contract IF2012 has expired"},
         {"IF2101_header.csv", "date,time\n\n", "no tick lines"},
         {"IF2101_bad.csv", "20210231,09:30:00,1,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0\nx\n",
