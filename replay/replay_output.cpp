@@ -199,6 +199,7 @@ std::string chartSvg(const ReplayResult& r, const std::string& title) {
     label(Y(0), "0");
     if (lo < 0) label(kTop + kPnlH, fmt("%.0f", lo));
     label(posTop, lots(posMax));
+    label(P(0), "0");
     label(posTop + kPosH, lots(-posMax));
     s += "<text x=\"" + fmt("%.1f", kLeft + 4) + "\" y=\"" + fmt("%.1f", kTop - 6) +
          "\">净盈亏（元）</text>\n";
