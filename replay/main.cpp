@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 
 #include "replay/recording_journal.h"
@@ -31,7 +32,10 @@ int main(int argc, char** argv) {
         ->capture_default_str();
     CLI11_PARSE(app, argc, argv);
 
-    // The journal the tool records its orders in; written out as journal.csv.
+    std::error_code ec;
+    std::filesystem::create_directories(out, ec);
+    // The journal the tool records its orders in, written out as journal.csv; a journal file
+    // in `out` is the further journal handed to it.
     replay::RecordingJournal journal;
     replay::ReplayRunner runner(options, &journal);
     std::string error;
