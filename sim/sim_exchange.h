@@ -10,7 +10,7 @@
 //   SimContract::expired: its last price is its final settlement, it has no book and never
 //   ticks, orders in it are refused and it cannot be replayed.
 // - Trading sessions: each exchange keeps its day sessions from host/trading_session.h (no
-//   night sessions). Outside continuous trading orders are accepted and rest, but nothing
+//   night sessions, except for learned recorded contracts, below). Outside continuous trading orders are accepted and rest, but nothing
 //   matches and no server trigger is released; the first quote round inside a session
 //   matches them. The random walk pauses in breaks, after the close and before the call
 //   auction: a contract that does not move queues no quote. Replayed ticks play at any hour
