@@ -42,7 +42,8 @@ struct ReplayRunner::World final : ISimEventSink {
     ReplayResult res;
     std::vector<Book> books;
     double peak = 0;
-    std::int64_t lastSampleMs = std::numeric_limits<std::int64_t>::min();
+    std::int64_t lastSampleMs = 0;
+    bool sampled = false;
     bool filled = false;  // a fill since the last sample
 
     World(ReplayOptions o, IOrderJournal* j) : opt(std::move(o)), journal(j) {}
@@ -109,7 +110,7 @@ struct ReplayRunner::World final : ISimEventSink {
                 held = true;
             }
         if (held) noteEquity();
-        if (filled || now - lastSampleMs >= kSampleMs) sample(now);
+        if (filled || !sampled || now - lastSampleMs >= kSampleMs) sample(now);
     }
     void sample(std::int64_t now) {
         CurvePoint p;
@@ -118,6 +119,7 @@ struct ReplayRunner::World final : ISimEventSink {
         for (const Book& b : books) p.positions.push_back(b.position);
         res.curve.push_back(std::move(p));
         lastSampleMs = now;
+        sampled = true;
         filled = false;
     }
 
