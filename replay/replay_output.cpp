@@ -196,8 +196,9 @@ std::string chartSvg(const ReplayResult& r, const std::string& title) {
     hline(Y(0));
     hline(P(0));
     if (hi > 0) label(kTop, fmt("%.0f", hi));
-    label(Y(0), "0");
     if (lo < 0) label(kTop + kPnlH, fmt("%.0f", lo));
+    // The zero line's label, unless it would sit on the top or bottom one.
+    if ((hi <= 0 || Y(0) - kTop > 14) && (lo >= 0 || kTop + kPnlH - Y(0) > 14)) label(Y(0), "0");
     label(posTop, lots(posMax));
     label(P(0), "0");
     label(posTop + kPosH, lots(-posMax));

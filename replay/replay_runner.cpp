@@ -127,6 +127,7 @@ struct ReplayRunner::World final : ISimEventSink {
     void timerPass() {
         tool->onTimer();
         sim->deliverPending();
+        if (filled) sample(clock.nowMs());  // the curve turns where the fill is
     }
 };
 
