@@ -1,5 +1,7 @@
 // The event queue: everything the exchange reports is queued under the lock and delivered
 // later, outside it, by deliverPending.
+#include <iterator>
+
 #include "sim/sim_exchange_impl.h"
 
 using namespace simdetail;
@@ -94,15 +96,25 @@ std::size_t SimExchange::deliverPending() {
         d.delivering = true;
         ++d.deliverCalls;
         const std::int64_t now = d.clock.nowMs();
+        auto due = [&](const Impl::Event& e) {
+            return e.dueCall <= d.deliverCalls && (e.dueMs <= 0 || e.dueMs <= now);
+        };
+        batch.swap(d.batchScratch);  // the buffer of an earlier delivery
         batch.reserve(d.queue.size());
-        std::deque<Impl::Event> held;
-        for (auto& e : d.queue) {
-            if (e.dueCall > d.deliverCalls || (e.dueMs > 0 && e.dueMs > now))
-                held.push_back(std::move(e));
-            else
-                batch.push_back(std::move(e));
+        if (std::all_of(d.queue.begin(), d.queue.end(), due)) {
+            // The usual case: everything is due and the queue keeps its storage.
+            std::move(d.queue.begin(), d.queue.end(), std::back_inserter(batch));
+            d.queue.clear();
+        } else {
+            std::deque<Impl::Event> held;
+            for (auto& e : d.queue) {
+                if (due(e))
+                    batch.push_back(std::move(e));
+                else
+                    held.push_back(std::move(e));
+            }
+            d.queue.swap(held);
         }
-        d.queue.swap(held);
         sink = d.sink;
         desk = d.desk;
     }
@@ -140,9 +152,11 @@ std::size_t SimExchange::deliverPending() {
             ++delivered;
         }
     }
+    batch.clear();
     {
         std::lock_guard<std::recursive_mutex> lock(d.mu);
         d.st.eventsDelivered += delivered;
+        if (batch.capacity() > d.batchScratch.capacity()) d.batchScratch.swap(batch);
     }
     return delivered;
 }

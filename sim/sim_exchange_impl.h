@@ -161,6 +161,7 @@ struct SimExchange::Impl {
     ISimEventSink* sink = nullptr;
     ISimEventSink* desk = nullptr;
     std::deque<Event> queue;
+    std::vector<Event> batchScratch;  // deliverPending's buffer, kept between calls
     bool delivering = false;
     std::uint64_t deliverCalls = 0;
 
