@@ -6,6 +6,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QFont>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -46,6 +47,12 @@ QSpinBox* intSpin(QWidget* parent, int lo, int hi, int width = 60) {
     s->setAlignment(Qt::AlignRight);
     s->setMinimumWidth(width);
     return s;
+}
+
+// The entry and exit grids share their column widths, so the two groups line up.
+void alignColumns(QGridLayout* g) {
+    const int widths[] = {130, 100, 100, 100, 110, 150};
+    for (int c = 0; c < 6; ++c) g->setColumnMinimumWidth(c, widths[c]);
 }
 
 QComboBox* conditionCombo(QWidget* parent) {
@@ -142,7 +149,9 @@ void AMTOrderWindow::build() {
 
     m_quote = new QLabel(this);
     m_quote->setObjectName("quote");
-    m_quote->setStyleSheet("QLabel { color: #1a4f8b; font-weight: bold; }");
+    QFont bold = m_quote->font();
+    bold.setBold(true);
+    m_quote->setFont(bold);
 
     // Order settings.
     m_startTime = new QTimeEdit(this);
@@ -303,6 +312,7 @@ QWidget* AMTOrderWindow::buildEntry() {
     g->addWidget(m_entryAnd, 1, 3, 1, 2);
     g->addWidget(m_entryOr, 1, 5, 1, 2);
     addFilterRows(g, 2, m_entryFilters, "entryFilter");
+    alignColumns(g);
     return box;
 }
 
@@ -392,6 +402,7 @@ QWidget* AMTOrderWindow::buildExit() {
     g->addWidget(m_exitAnd, 3, 3, 1, 2);
     g->addWidget(m_exitOr, 3, 5, 1, 2);
     addFilterRows(g, 4, m_exitFilters, "exitFilter");
+    alignColumns(g);
     return box;
 }
 

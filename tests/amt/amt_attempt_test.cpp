@@ -192,25 +192,6 @@ TEST_F(AmtTest, JournalSaysWhichConditionSentAndThePrices) {
     EXPECT_DOUBLE_EQ(figure("base"), 5230);
 }
 
-TEST_F(AmtTest, LabelsFollowDirectionAndCondition) {
-    struct Row {
-        bool isLong;
-        int condition;
-        const char* entry;
-        const char* exit;
-    };
-    const Row rows[] = {
-        {true, 0, "时追买建仓", "时吊卖平仓"},
-        {true, 1, "时吊买建仓", "时追卖平仓"},
-        {false, 0, "时吊卖建仓", "时追买平仓"},
-        {false, 1, "时追卖建仓", "时吊买平仓"},
-    };
-    for (const Row& r : rows) {
-        EXPECT_STREQ(CAMTOrder::entryLabel(r.isLong, r.condition), r.entry);
-        EXPECT_STREQ(CAMTOrder::exitLabel(r.isLong, r.condition), r.exit);
-    }
-}
-
 TEST_F(AmtTest, StepWaitsForTheStartTimeAndTheDelayAndShowsTheCodes) {
     params.tStartTime = localSec(10, 0, 5);
     params.nDelaySecs = 3;

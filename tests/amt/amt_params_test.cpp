@@ -77,9 +77,4 @@ TEST(AmtParams, DefaultTemplateKeepsEveryFieldButTheName) {
     EXPECT_EQ(ini.keys(kAMTSection).front(), "wExchangeID");
 }
 
-TEST(AmtParams, ManagerRow) {
-    EXPECT_EQ(amtTemplateRow(unusual()),
-              (std::vector<std::string>{"突破 A", "880002", "IF2101", "2", "6"}));
-}
-
 }  // namespace

@@ -2,7 +2,10 @@
 // condition, the trailing spin's range, and start, resume and close wired to the core.
 #include "amt/ui/amt_order_window.h"
 
+#include <QCheckBox>
 #include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QLineEdit>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -56,7 +59,16 @@ protected:
     }
 
     TempDir root{"amtui"};
-    FakeHost host;
+    struct : FakeHost {
+        std::map<std::string, std::string> table;
+        bool GetConfigFileProperty(const std::string&, const std::string& section,
+                                   const std::string& key, std::string& value) override {
+            auto it = table.find(section + "|" + key);
+            if (it == table.end()) return false;
+            value = it->second;
+            return true;
+        }
+    } host;
     ManualClock clock{tenOClock()};
     ScriptedPrompter prompter;
     ScriptedUi ui;
@@ -95,8 +107,21 @@ TEST_F(AmtWindowTest, StartLocksTheParametersAndQuotesDriveTheCaption) {
     EXPECT_EQ(window->windowTitle().toStdString(), amt_text::kToolName);
     EXPECT_EQ(window->core().params().szSymbolCode, "IF2101");
     find<QSpinBox>("maxLots")->setValue(2);
-    prompter.answers = {true};  // the start time (the clock's now) may have passed
+    // A dip line above the last price (a question), a narrow book, a trailing stop.
+    find<QCheckBox>("entryPriceOn")->setChecked(true);
+    find<QComboBox>("entryPriceCon")->setCurrentIndex(1);
+    find<QDoubleSpinBox>("entryPrice")->setValue(5235);
+    find<QCheckBox>("entryFilter1")->setChecked(true);
+    find<QLineEdit>("entryFilter1Key")->setText("SPREAD");
+    find<QComboBox>("entryFilter1Type")->setCurrentIndex(3);
+    find<QDoubleSpinBox>("entryFilter1Value")->setValue(0.4);
+    find<QCheckBox>("trailOn")->setChecked(true);
+    find<QSpinBox>("trailStart")->setValue(10);
+    find<QSpinBox>("trailSet")->setValue(5);
+    host.table["IF2101|SPREAD"] = "0.2";
+    prompter.answers = {true};
     ASSERT_TRUE(window->startStrategy());
+    EXPECT_EQ(prompter.lastText(), amt_text::kEntryMetDipBuy);
     EXPECT_FALSE(find<QPushButton>("start")->isEnabled());
     EXPECT_TRUE(find<QPushButton>("stop")->isEnabled());
     EXPECT_FALSE(find<QComboBox>("symbol")->isEnabled());
@@ -111,8 +136,7 @@ TEST_F(AmtWindowTest, StartLocksTheParametersAndQuotesDriveTheCaption) {
     EXPECT_EQ(find<QLabel>("cumulative")->text().toStdString(), "累计:1");
 
     prompter.answers = {false};
-    EXPECT_FALSE(window->close());
-    EXPECT_EQ(prompter.lastText(), amt_text::kAskClose);
+    EXPECT_FALSE(window->close());  // the close question, answered No
     window->stopStrategy();
     EXPECT_TRUE(find<QComboBox>("symbol")->isEnabled());
     saveScreenshot(window.get(), "amt_order.png");
