@@ -9,10 +9,14 @@ namespace amt_formula {
 
 bool compare(double value, double compareTo, std::int32_t type) {
     switch (type) {
-        case 0: return value > compareTo;
-        case 1: return value >= compareTo;
-        case 2: return value < compareTo;
-        case 3: return value <= compareTo;
+        case 0:
+            return value > compareTo;
+        case 1:
+            return value >= compareTo;
+        case 2:
+            return value < compareTo;
+        case 3:
+            return value <= compareTo;
         case 4:
         case 5: {
             // Truncated millionths of the difference; NaN and huge differences are unequal.
@@ -20,7 +24,8 @@ bool compare(double value, double compareTo, std::int32_t type) {
             const bool equal = t >= -4 && t <= 4;
             return type == 4 ? equal : !equal;
         }
-        default: return false;
+        default:
+            return false;
     }
 }
 

@@ -16,8 +16,12 @@ namespace {
 // (3001.4 - 3 x 0.2) still meets a last price printed on the grid.
 constexpr double kPriceSlack = 1e-7;
 
-bool atLeast(double a, double b) { return a >= b - kPriceSlack; }
-bool atMost(double a, double b) { return a <= b + kPriceSlack; }
+bool atLeast(double a, double b) {
+    return a >= b - kPriceSlack;
+}
+bool atMost(double a, double b) {
+    return a <= b + kPriceSlack;
+}
 
 }  // namespace
 
@@ -91,14 +95,15 @@ void CAMTOrder::refreshQuote() {
     IModuleFutureTrader::ITickEx t;
     if (!host || m_params.szSymbolCode.empty() || !host->GetMarketQuote(m_params.symbol(), t))
         return;
-    m_quote = {t.dLast, t.dBid, t.dBidVol, t.dAsk, t.dAskVol, t.dUpperLimit, t.dLowerLimit,
-               t.tQuoteTime};
+    m_quote = {t.dLast,   t.dBid,        t.dBidVol,     t.dAsk,
+               t.dAskVol, t.dUpperLimit, t.dLowerLimit, t.tQuoteTime};
 }
 
 void CAMTOrder::trackExtreme() {
     if (m_state.position <= 0 || !isPricePresent(m_quote.last)) return;
     const double last = m_quote.last;
-    if (m_state.extreme < 0.01 || (m_params.bLong ? last > m_state.extreme : last < m_state.extreme))
+    if (m_state.extreme < 0.01 ||
+        (m_params.bLong ? last > m_state.extreme : last < m_state.extreme))
         m_state.extreme = last;
 }
 
@@ -144,8 +149,8 @@ int CAMTOrder::entryAttempt(std::int64_t nowMs) {
         const bool up = p.nEntryPriceCon == 0;
         if (!isPricePresent(q.last) || !(up ? atLeast(q.last, line) : atMost(q.last, line)))
             return kEntryPrice;
-        if (p.bEntryRangeFilter && !(up ? atMost(q.last, p.dEntryRangeFilter)
-                                        : atLeast(q.last, p.dEntryRangeFilter)))
+        if (p.bEntryRangeFilter &&
+            !(up ? atMost(q.last, p.dEntryRangeFilter) : atLeast(q.last, p.dEntryRangeFilter)))
             return kEntryRange;
     }
     if (p.bEntryVolFilter && !(p.nEntryVolFilter <= (isLong ? q.askVol : q.bidVol)))
@@ -161,8 +166,8 @@ int CAMTOrder::entryAttempt(std::int64_t nowMs) {
                              m_detail.fPriceUnit);
         if (isPricePresent(q.upper)) px = std::min(px, q.upper);
     } else {
-        px = price::roundSell((isPricePresent(q.bid) ? q.bid : q.ask) - offset,
-                              m_detail.nMinMove, m_detail.fPriceUnit);
+        px = price::roundSell((isPricePresent(q.bid) ? q.bid : q.ask) - offset, m_detail.nMinMove,
+                              m_detail.fPriceUnit);
         if (isPricePresent(q.lower)) px = std::max(px, q.lower);
     }
     if (!sendOrder(isLong, true, lots, px, nowMs, {amt_text::kReasonEntry, line}))
@@ -196,7 +201,9 @@ int CAMTOrder::exitAttempt(std::int64_t nowMs) {
         const double ext = m_state.extreme;
         // sign +1 for a long: losses lie below the base, the best price above.
         const double s = p.bLong ? 1.0 : -1.0;
-        auto against = [&](double level) { return p.bLong ? atMost(last, level) : atLeast(last, level); };
+        auto against = [&](double level) {
+            return p.bLong ? atMost(last, level) : atLeast(last, level);
+        };
         if (p.bStopLoss) {
             const double level = base - s * p.nStopLossPoint * pt;
             if (against(level)) return closeOrder(nowMs, {amt_text::kReasonStopLoss, level});
@@ -209,9 +216,8 @@ int CAMTOrder::exitAttempt(std::int64_t nowMs) {
         if (p.bTrailingStop && isPricePresent(ext)) {
             const double best = s * (ext - base);
             if (atLeast(best, p.nTrailingStart * pt)) {
-                const double giveBack = p.nTrailingStopType == 1
-                                            ? p.nTrailingStopSet * best * 0.01
-                                            : p.nTrailingStopSet * pt;
+                const double giveBack = p.nTrailingStopType == 1 ? p.nTrailingStopSet * best * 0.01
+                                                                 : p.nTrailingStopSet * pt;
                 const double level = ext - s * giveBack;
                 if (against(level)) return closeOrder(nowMs, {amt_text::kReasonTrailing, level});
             }
@@ -279,11 +285,14 @@ bool CAMTOrder::sendOrder(bool buy, bool open, std::int32_t lots, double px, std
     e.order = o;
     e.result = confirm ? (!o.strOrderID.empty() && o.nStatus != kOrderRejected ? 1 : 0) : r;
     e.reason = why.words;
-    e.figures = {{"last", m_quote.last},          {"bid", m_quote.bid},
-                 {"ask", m_quote.ask},            {"price", px},
+    e.figures = {{"last", m_quote.last},
+                 {"bid", m_quote.bid},
+                 {"ask", m_quote.ask},
+                 {"price", px},
                  {"lots", static_cast<double>(lots)},
                  {"position", static_cast<double>(m_state.position)},
-                 {"base", basePrice()},           {"extreme", m_state.extreme},
+                 {"base", basePrice()},
+                 {"extreme", m_state.extreme},
                  {"level", why.threshold}};
     m_manager.journal().record(e);
     return true;

@@ -46,8 +46,8 @@ public:
     // Result codes of the entry attempt (E).
     enum Entry : int {
         kEntrySent = 1,
-        kEntryDeclined = 0,   // the trader declined the confirmation
-        kEntryBlocked = -1,   // suspended, or the position is at its maximum
+        kEntryDeclined = 0,  // the trader declined the confirmation
+        kEntryBlocked = -1,  // suspended, or the position is at its maximum
         kEntryLimitLocked = -2,
         kEntryNotTrading = -3,
         kEntryPrice = -4,

@@ -87,7 +87,8 @@ bool CAMTOrder::start() {
     }
     if (p.bEntryVolFilter && p.nEntryVolFilter < 1) return refuse(kEntryVolBelowOne);
     char buf[256];
-    if (const char* why = filterKeyProblem(p.entryFilters, kEntryKeyEmpty, kEntryCompareKeyEmpty, buf))
+    if (const char* why =
+            filterKeyProblem(p.entryFilters, kEntryKeyEmpty, kEntryCompareKeyEmpty, buf))
         return refuse(why);
     if (p.bStopLoss && p.nStopLossPoint < 1) return refuse(kStopLossBelowOne);
     if (p.bTakeProfit && p.nTakeProfitPoint < 1) return refuse(kTakeProfitBelowOne);

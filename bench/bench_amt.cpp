@@ -104,20 +104,25 @@ void runQuotes(benchmark::State& state, bool holding) {
     const long before = g_allocations.load();
     for (auto _ : state) {
         clock.setNowMs(t0 + static_cast<std::int64_t>(i & 1) * 500);
-        amt.onMessage(kMsgDataChange, kEventQuote, reinterpret_cast<std::uintptr_t>(&ticks[i++ & 1]));
+        amt.onMessage(kMsgDataChange, kEventQuote,
+                      reinterpret_cast<std::uintptr_t>(&ticks[i++ & 1]));
         benchmark::DoNotOptimize(amt.state());
     }
     const long allocations = g_allocations.load() - before;
-    state.counters["allocs_per_quote"] =
-        benchmark::Counter(static_cast<double>(allocations) / static_cast<double>(state.iterations()));
+    state.counters["allocs_per_quote"] = benchmark::Counter(
+        static_cast<double>(allocations) / static_cast<double>(state.iterations()));
     const int expected = holding ? static_cast<int>(CAMTOrder::kExitNone)
                                  : static_cast<int>(CAMTOrder::kEntryFormula);
     if ((holding ? amt.state().exitResult : amt.state().entryResult) != expected)
         state.SkipWithError("the step did not end where it should");
 }
 
-void BM_AmtStepEntryFormulas(benchmark::State& state) { runQuotes(state, false); }
-void BM_AmtStepExitFormulas(benchmark::State& state) { runQuotes(state, true); }
+void BM_AmtStepEntryFormulas(benchmark::State& state) {
+    runQuotes(state, false);
+}
+void BM_AmtStepExitFormulas(benchmark::State& state) {
+    runQuotes(state, true);
+}
 BENCHMARK(BM_AmtStepEntryFormulas);
 BENCHMARK(BM_AmtStepExitFormulas);
 
@@ -128,5 +133,9 @@ void* operator new(std::size_t n) {
     if (void* p = std::malloc(n ? n : 1)) return p;
     throw std::bad_alloc();
 }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+void operator delete(void* p) noexcept {
+    std::free(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+    std::free(p);
+}

@@ -1,7 +1,7 @@
 #include "sim/sim_formula.h"
 
-#include <charconv>
 #include <cctype>
+#include <charconv>
 
 #include "sim/sim_exchange_impl.h"
 

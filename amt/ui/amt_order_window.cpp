@@ -29,7 +29,9 @@
 
 namespace {
 
-QString q(const char* s) { return QString::fromUtf8(s); }
+QString q(const char* s) {
+    return QString::fromUtf8(s);
+}
 
 QDoubleSpinBox* priceSpin(QWidget* parent) {
     auto* s = new QDoubleSpinBox(parent);
@@ -70,7 +72,9 @@ CAMTManager::CAMTManager(ITemplateCommands& commands, QWidget* parent)
 }
 
 AMTOrderWindow::AMTOrderWindow(CHelmsmanManage& manager, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_manager(manager), m_core(std::make_unique<CAMTOrder>(manager)) {
+    : QWidget(parent, Qt::Window),
+      m_manager(manager),
+      m_core(std::make_unique<CAMTOrder>(manager)) {
     setObjectName("amtOrderWindow");
     TemplateToolHooks<tagAMTParams> hooks;
     hooks.collect = [this] { return collect(); };
@@ -209,9 +213,8 @@ void AMTOrderWindow::build() {
     run->addWidget(m_cumulative);
     run->addStretch();
     run->addWidget(m_state);
-    connect(m_position, &QSpinBox::editingFinished, this, [this] {
-        m_core->setPositionByHand(m_position->value());
-    });
+    connect(m_position, &QSpinBox::editingFinished, this,
+            [this] { m_core->setPositionByHand(m_position->value()); });
 
     m_templateButton = new QToolButton(this);
     m_templateButton->setObjectName("templateButton");
@@ -413,7 +416,8 @@ void AMTOrderWindow::addFilterRows(QGridLayout* g, int firstRow, std::array<Filt
     for (int i = 0; i < 3; ++i) {
         FilterRow& r = rows[static_cast<std::size_t>(i)];
         const QString name = QString::fromUtf8(prefix) + QString::number(i + 1);
-        r.enabled = new QCheckBox(QString::fromUtf8(kCondition).replace("%d", QString::number(i + 1)), box);
+        r.enabled =
+            new QCheckBox(QString::fromUtf8(kCondition).replace("%d", QString::number(i + 1)), box);
         r.enabled->setObjectName(name);
         r.key = new QLineEdit(box);
         r.key->setObjectName(name + "Key");

@@ -19,8 +19,12 @@
 
 namespace {
 
-QString q(const char* s) { return QString::fromUtf8(s); }
-QString q(const std::string& s) { return QString::fromStdString(s); }
+QString q(const char* s) {
+    return QString::fromUtf8(s);
+}
+QString q(const std::string& s) {
+    return QString::fromStdString(s);
+}
 
 QString priceText(double v, int decimals) {
     return isPricePresent(v) ? QString::number(v, 'f', decimals) : q(amt_text::kNoValue);
@@ -60,7 +64,8 @@ void AMTOrderWindow::fillSymbols(int exchangeId) {
     m_filling = true;
     m_symbol->clear();
     std::vector<tagSymbol> symbols;
-    if (CSubscibeManage* host = m_manager.facade()) host->GetExchangeSymbols(exchangeId, symbols, 1);
+    if (CSubscibeManage* host = m_manager.facade())
+        host->GetExchangeSymbols(exchangeId, symbols, 1);
     for (const auto& s : symbols) m_symbol->addItem(q(s.strCode));
     m_filling = false;
 }

@@ -28,8 +28,8 @@ TEST_F(AmtTest, EntryGivesTheFirstFailingCheck) {
          CAMTOrder::kEntryBlocked},
         {"long, ask locked at the lower limit, whatever else", longAt(1), 4000, 0, 4000, 0, 5,
          CAMTOrder::kEntryLimitLocked},
-        {"short, bid locked at the upper limit",
-         [](tagAMTParams& p) { p.bLong = 0; }, 6000, 6000, 0, 5, 0, CAMTOrder::kEntryLimitLocked},
+        {"short, bid locked at the upper limit", [](tagAMTParams& p) { p.bLong = 0; }, 6000, 6000,
+         0, 5, 0, CAMTOrder::kEntryLimitLocked},
         {"chase: last below the line", longAt(5230.2), 5230, 5229.8, 5230, 10, 10,
          CAMTOrder::kEntryPrice},
         {"chase: last on the line", longAt(5230), 5230, 5229.8, 5230, 10, 10,
@@ -62,10 +62,7 @@ TEST_F(AmtTest, EntryGivesTheFirstFailingCheck) {
              p.nEntryVolFilter = 10;
          },
          5230, 5229.8, 5230, 10, 1, CAMTOrder::kEntrySent},
-        {"formula false",
-         [](tagAMTParams& p) {
-             p.entryFilters[0] = {1, "MA5", 0, 0, "", 9999};
-         },
+        {"formula false", [](tagAMTParams& p) { p.entryFilters[0] = {1, "MA5", 0, 0, "", 9999}; },
          5230, 5229.8, 5230, 10, 10, CAMTOrder::kEntryFormula},
         {"no lots", [](tagAMTParams& p) { p.nEveryLots = 0; }, 5230, 5229.8, 5230, 10, 10,
          CAMTOrder::kEntryNoLots},

@@ -1,11 +1,12 @@
 // The parameters as a template of "AMTOrder.dat" and as the default template in
 // Profile.ini: every field comes back, and the file starts as its layout says.
 #include "amt/amt_params.h"
+
+#include <gtest/gtest.h>
+
 #include "app/profile_ini.h"
 #include "spread/template_store.h"
 #include "support/temp_dir.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -49,7 +50,8 @@ tagAMTParams unusual() {
 
 TEST(AmtParams, TemplateFileKeepsEveryField) {
     TempDir dir("amtparams");
-    CTemplateStore<tagAMTParams> store(std::filesystem::path(dir.string()), template_files::kAmtOrder);
+    CTemplateStore<tagAMTParams> store(std::filesystem::path(dir.string()),
+                                       template_files::kAmtOrder);
     tagAMTParams b;
     b.strName = "b";
     ASSERT_TRUE(store.save({unusual(), b}).ok);

@@ -25,8 +25,8 @@ TEST(SimFormulaValues, FollowTheQuotes) {
         const char* text;
     };
     const Row rows[] = {
-        {"LAST", "5205"},   {"ma5", "5203"},  {"MA60", "5202.5"},    {"VOL1M", "40"},
-        {"SPREAD", "0.4"},  {"BIDVOL", "3"},  {"CHGPCT", "4.1"},     {"NOSUCH", "none"},
+        {"LAST", "5205"},  {"ma5", "5203"}, {"MA60", "5202.5"}, {"VOL1M", "40"},
+        {"SPREAD", "0.4"}, {"BIDVOL", "3"}, {"CHGPCT", "4.1"},  {"NOSUCH", "none"},
     };
     for (const Row& r : rows) EXPECT_EQ(value(r.key), r.text) << r.key;
     std::string other;

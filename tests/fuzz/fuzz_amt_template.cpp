@@ -20,7 +20,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string saved = composeTemplateFile(list, magic);
     if (info.exact && saved != file) std::abort();
     TemplateLoadInfo again;
-    const std::vector<tagAMTParams> reloaded = parseTemplateFile<tagAMTParams>(saved, magic, &again);
+    const std::vector<tagAMTParams> reloaded =
+        parseTemplateFile<tagAMTParams>(saved, magic, &again);
     if (!again.complete || reloaded != list) std::abort();
     return 0;
 }

@@ -5,8 +5,8 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
-#include <QLineEdit>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
@@ -127,7 +127,8 @@ TEST_F(AmtWindowTest, StartLocksTheParametersAndQuotesDriveTheCaption) {
     EXPECT_FALSE(find<QComboBox>("symbol")->isEnabled());
     EXPECT_FALSE(find<QPushButton>("resume")->isEnabled());
 
-    IModuleFutureTrader::ITickEx t = TickBuilder(3, "IF2101").last(5230).bid(5229.8, 3).ask(5230, 4);
+    IModuleFutureTrader::ITickEx t =
+        TickBuilder(3, "IF2101").last(5230).bid(5229.8, 3).ask(5230, 4);
     clock.advanceMs(1000);
     manager.sendMessage(window->core().handle(), kMsgDataChange, kEventQuote,
                         reinterpret_cast<std::uintptr_t>(&t));
