@@ -8,6 +8,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "amt/ui/amt_order_window.h"
 #include "app/helmsman_manage.h"
 #include "app/ui/qt_prompter.h"
 #include "app/ui/trade_option_page.h"
@@ -49,7 +50,7 @@ QtModuleUi& qtUi() {
 constexpr std::string_view kAvailable[] = {
     "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange", "OpenHelmsman",
     "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",    "OpenLocalTrigger",
-    "OpenRobotLauncher", "OpenStopTrigger",  "HelmsmanModifyOrder",
+    "OpenRobotLauncher", "OpenStopTrigger",  "HelmsmanModifyOrder", "OpenAMTOrder",
 };
 
 }  // namespace
@@ -131,7 +132,9 @@ int OpenLocalTrigger() {
     return guarded([] { return manager().openLocalTrigger() ? 1 : 0; }, 0);
 }
 int DeleteTriggerOrders(const void*) { return 0; }
-int OpenAMTOrder() { return 0; }
+int OpenAMTOrder() {
+    return guarded([] { return manager().initialised() ? openAMTOrder() : 0; }, 0);
+}
 int FilledOrderStatistics() { return 0; }
 int OpenFastExitAll() { return 0; }
 int OpenFastDeleteAll() { return 0; }

@@ -135,6 +135,7 @@ int SimExchange::GetBrokerByID(tagBrokerInfo& broker, const std::string& brokerI
 bool SimExchange::GetConfigFileProperty(const std::string& file, const std::string& section,
                                         const std::string& key, std::string& value) {
     SIM_LOCK;
+    if (d.formulaValue(file, section, key, value)) return true;
     auto it = d.config.find(lower(file + "|" + section + "|" + key));
     if (it == d.config.end()) return false;
     value = it->second;

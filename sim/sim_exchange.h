@@ -174,6 +174,7 @@ public:
     // case-insensitively. Defaults: ("system.ini","Trade","DefaultVolume")="1",
     // ("system.ini","Trade","ConfirmOrder")="0", ("system.ini","Quote","RefreshMs")="500",
     // ("system.ini","Host","Name")="SimExchange", ("system.ini","Host","Version")="1.0".
+    // The file "tblprofile" answers live formula values per contract (sim_formula.h).
     bool GetConfigFileProperty(const std::string& file, const std::string& section,
                                const std::string& key, std::string& value) override;
     // Request 1000: arg = window handle, flag 1 subscribe / 0 unsubscribe, data ->

@@ -25,6 +25,7 @@
 #include "host/window.h"
 #include "sim/sim_exchange.h"
 #include "sim/sim_recorded.h"
+#include "sim/sim_formula.h"
 
 namespace simdetail {
 
@@ -173,6 +174,7 @@ struct SimExchange::Impl {
     int dupN = 0;
 
     SimStats st;
+    sim::FormulaBook formulas;  // the "tblprofile" values (sim_formula.cpp)
 
     Impl(IClock& c, SimOptions o) : clock(c), opt(o), rng(o.seed), randomWalk(o.randomWalk) {}
 
@@ -231,6 +233,10 @@ struct SimExchange::Impl {
     void expireTriggers();
     void evaluateTriggers(std::size_t mi);
     void release(std::size_t ti, std::int64_t now);
+
+    // ---- Formula values (sim_formula.cpp) --------------------------------------------------
+    bool formulaValue(const std::string& file, const std::string& section,
+                      const std::string& key, std::string& value) const;
 
     // ---- Event queue (sim_events.cpp) -----------------------------------------------------
     void push(Event&& e);

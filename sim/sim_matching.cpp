@@ -6,6 +6,7 @@ using namespace simdetail;
 // A new quote is in m.q: reset the touch, fill resting orders, then triggers.
 void SimExchange::Impl::round(std::size_t mi) {
     Market& m = markets[mi];
+    formulas.onQuote(mi, m.q);
     m.availBid = m.q.dBid > 0 ? m.q.dBidVol : 0;
     m.availAsk = m.q.dAsk > 0 ? m.q.dAskVol : 0;
     if (!matchingOpen(m)) return;  // outside the sessions orders rest and triggers wait

@@ -64,6 +64,7 @@ void TemplateMenu::run(int id) {
     QWidget* owner = parentWidget();
     switch (id) {
         case template_menu::kManager: {
+            if (m_openManager) return m_openManager(owner);
             TemplateManagerDialog dialog(m_commands, owner);
             dialog.exec();
             return;

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <QMenu>
+#include <functional>
 #include <vector>
 
 #include "spread/template_commands.h"
@@ -25,6 +26,8 @@ public:
     QAction* actionFor(int id) const;
     // Carries out a command: a fixed one, or applying template id - 26780.
     void run(int id);
+    // A tool with a manager dialog of its own opens it here instead of the shared one.
+    void setManagerOpener(std::function<void(QWidget* owner)> open) { m_openManager = std::move(open); }
 
 signals:
     // After a template was applied or saved (the tool refreshes what it shows).
@@ -34,4 +37,5 @@ private:
     void fill(const std::vector<TemplateMenuItem>& items);
 
     ITemplateCommands& m_commands;
+    std::function<void(QWidget*)> m_openManager;
 };

@@ -1,0 +1,146 @@
+// The conditional strategy's window, offscreen: the labels that follow the direction and the
+// condition, the trailing spin's range, and start, resume and close wired to the core.
+#include "amt/ui/amt_order_window.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+
+#include "amt/amt_strings.h"
+#include "app/helmsman_manage.h"
+#include "support/fake_host.h"
+#include "support/qt_app.h"
+#include "support/quote_builders.h"
+#include "support/scripted.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+// Calendar milliseconds of 2021-01-04 10:00 local time: the financial futures trade.
+std::int64_t tenOClock() {
+    std::tm tm{};
+    tm.tm_year = 121;
+    tm.tm_mday = 4;
+    tm.tm_hour = 10;
+    tm.tm_isdst = -1;
+    return fromLocalTm(tm) * 1000;
+}
+
+class AmtWindowTest : public ::testing::Test {
+protected:
+    AmtWindowTest() {
+        testApp();
+        host.accounts = {FakeHost::account("880001", "9999", "模拟账户一")};
+        host.exchanges = {{3, "中国金融期货交易所"}};
+        host.symbolsByExchange[3] = {{3, "IF2101"}, {3, "IF2102"}};
+        host.details["IF2101"] = contractDetail(0.2f, 1, 300);
+        host.details["IF2102"] = contractDetail(0.2f, 1, 300);
+        host.quotes["IF2101"] = TickBuilder(3, "IF2101").last(5230).bid(5229.8, 3).ask(5230, 4);
+        manager.setClock(&clock);
+        manager.setPrompter(&prompter);
+        manager.setUi(&ui);
+        manager.init(1, &host, root.string(), "demo", 0);
+        window = std::make_unique<AMTOrderWindow>(manager);
+    }
+    ~AmtWindowTest() override {
+        window.reset();
+        manager.setClock(nullptr);
+        manager.setPrompter(nullptr);
+        manager.setUi(nullptr);
+    }
+    template <class T>
+    T* find(const char* name) {
+        return window->findChild<T*>(name);
+    }
+
+    TempDir root{"amtui"};
+    struct : FakeHost {
+        std::map<std::string, std::string> table;
+        bool GetConfigFileProperty(const std::string&, const std::string& section,
+                                   const std::string& key, std::string& value) override {
+            auto it = table.find(section + "|" + key);
+            if (it == table.end()) return false;
+            value = it->second;
+            return true;
+        }
+    } host;
+    ManualClock clock{tenOClock()};
+    ScriptedPrompter prompter;
+    ScriptedUi ui;
+    CHelmsmanManage manager;
+    std::unique_ptr<AMTOrderWindow> window;
+};
+
+TEST_F(AmtWindowTest, LabelsFollowTheDirectionAndTheCondition) {
+    struct Row {
+        bool isLong;
+        int condition;
+        const char* entry;
+        const char* exit;
+    };
+    const Row rows[] = {{true, 0, "时追买建仓", "时吊卖平仓"},
+                        {true, 1, "时吊买建仓", "时追卖平仓"},
+                        {false, 0, "时吊卖建仓", "时追买平仓"},
+                        {false, 1, "时追卖建仓", "时吊买平仓"}};
+    for (const Row& r : rows) {
+        find<QRadioButton>(r.isLong ? "long" : "short")->setChecked(true);
+        find<QComboBox>("entryPriceCon")->setCurrentIndex(r.condition);
+        find<QComboBox>("exitPriceCon")->setCurrentIndex(r.condition);
+        EXPECT_EQ(find<QLabel>("entryLabel")->text().toStdString(), r.entry);
+        EXPECT_EQ(find<QLabel>("exitLabel")->text().toStdString(), r.exit);
+    }
+    auto* trailSet = find<QSpinBox>("trailSet");
+    find<QComboBox>("trailType")->setCurrentIndex(1);
+    EXPECT_EQ(trailSet->minimum(), 1);
+    EXPECT_EQ(trailSet->maximum(), 100);
+    find<QComboBox>("trailType")->setCurrentIndex(0);
+    EXPECT_EQ(trailSet->minimum(), 0);
+    EXPECT_EQ(trailSet->maximum(), 9999);
+}
+
+TEST_F(AmtWindowTest, StartLocksTheParametersAndQuotesDriveTheCaption) {
+    EXPECT_EQ(window->windowTitle().toStdString(), amt_text::kToolName);
+    EXPECT_EQ(window->core().params().szSymbolCode, "IF2101");
+    find<QSpinBox>("maxLots")->setValue(2);
+    // A dip line above the last price (a question), a narrow book, a trailing stop.
+    find<QCheckBox>("entryPriceOn")->setChecked(true);
+    find<QComboBox>("entryPriceCon")->setCurrentIndex(1);
+    find<QDoubleSpinBox>("entryPrice")->setValue(5235);
+    find<QCheckBox>("entryFilter1")->setChecked(true);
+    find<QLineEdit>("entryFilter1Key")->setText("SPREAD");
+    find<QComboBox>("entryFilter1Type")->setCurrentIndex(3);
+    find<QDoubleSpinBox>("entryFilter1Value")->setValue(0.4);
+    find<QCheckBox>("trailOn")->setChecked(true);
+    find<QSpinBox>("trailStart")->setValue(10);
+    find<QSpinBox>("trailSet")->setValue(5);
+    host.table["IF2101|SPREAD"] = "0.2";
+    prompter.answers = {true};
+    ASSERT_TRUE(window->startStrategy());
+    EXPECT_EQ(prompter.lastText(), amt_text::kEntryMetDipBuy);
+    EXPECT_FALSE(find<QPushButton>("start")->isEnabled());
+    EXPECT_TRUE(find<QPushButton>("stop")->isEnabled());
+    EXPECT_FALSE(find<QComboBox>("symbol")->isEnabled());
+    EXPECT_FALSE(find<QPushButton>("resume")->isEnabled());
+
+    IModuleFutureTrader::ITickEx t =
+        TickBuilder(3, "IF2101").last(5230).bid(5229.8, 3).ask(5230, 4);
+    clock.advanceMs(1000);
+    manager.sendMessage(window->core().handle(), kMsgDataChange, kEventQuote,
+                        reinterpret_cast<std::uintptr_t>(&t));
+    EXPECT_EQ(window->windowTitle().toStdString(), "条件通[E:1,X:0]");
+    EXPECT_EQ(find<QSpinBox>("position")->value(), 1);
+    EXPECT_EQ(find<QLabel>("cumulative")->text().toStdString(), "累计:1");
+
+    prompter.answers = {false};
+    EXPECT_FALSE(window->close());  // the close question, answered No
+    window->stopStrategy();
+    EXPECT_TRUE(find<QComboBox>("symbol")->isEnabled());
+    saveScreenshot(window.get(), "amt_order.png");
+}
+
+}  // namespace
