@@ -3,6 +3,8 @@
 #include <ctime>
 
 #include "app/helmsman_manage.h"
+#include "host/codes.h"
+#include "host/number_text.h"
 #include "host/price.h"
 #include "host/trading_session.h"
 #include "trigger/trigger_strings.h"
@@ -218,11 +220,14 @@ bool CLocalTrigger::step() {
             v.state = session::localTriggerPeriod(m_slots[s].symbol.wExchangeID, secOfDay);
             const IModuleFutureTrader::ITickEx* q = m_slots[s].quote.get();
             v.hasQuote = q != nullptr;
+            v.preOpenPrice = false;
             v.watched = v.bid = v.ask = 0;
             if (!q) continue;
             v.watched = q->dLast;
-            if (v.watched < kMinPrice && v.state == session::kLocalPreOpen)
+            if (v.watched < kMinPrice && v.state == session::kLocalPreOpen) {
                 v.watched = q->dPreOpenPrice1 >= kMinPrice ? q->dPreOpenPrice1 : q->dPreOpenPrice2;
+                v.preOpenPrice = true;
+            }
             v.bid = q->dBid;
             v.ask = q->dAsk;
         }
@@ -290,8 +295,37 @@ void CLocalTrigger::fire(std::size_t index, const SlotView& view, std::int64_t n
     setStatus(index, kOrderFilled);
     rec.trigger.tStart = now;
     m_hot[index].tStart = now;
-    m_manager.submitOrder(order, false, trigger_text::kComment,
-                          rec.bHasOptions ? &rec.options : nullptr);
+    const int result =
+        m_manager.submitOrder(order, false, trigger_text::kComment,
+                              rec.bHasOptions ? &rec.options : nullptr,
+                              CHelmsmanManage::Recorder::Caller);
+    recordFired(rec, order, result, view);
+}
+
+void CLocalTrigger::recordFired(const tagLocalTrigger& rec, const tagBrokerOrder& order,
+                                int result, const SlotView& view) {
+    using namespace trigger_text;
+    const tagTriggerOrder& t = rec.trigger;
+    const bool fallsTo = triggerKind(t.nDirection, t.nTriggerType) == kFiresAtOrBelow;
+    auto price = [&](double v) { return number_text::format(v, rec.nPriceDecimals); };
+    JournalEntry e;
+    e.timeMs = m_manager.clock().nowMs();
+    e.tool = kJournalTool;
+    e.window = kCaption;
+    e.tag = order.strRemark;
+    e.order = order;
+    e.result = result;
+    e.reason = std::string(codes::triggerTypeText(t.nTriggerType)) + "：" +
+               (view.preOpenPrice ? kJournalPreOpenPrice : kJournalLastPrice) +
+               price(view.watched) + (fallsTo ? kJournalFellTo : kJournalRoseTo) +
+               kJournalTriggerPrice + price(t.dTriggerPrice);
+    if (t.dPrice < kMinPrice) e.reason += kJournalAtMarket + price(order.dPrice) + kJournalSent;
+    e.figures = {{kJournalFigWatched, view.watched},
+                 {kJournalFigTrigger, t.dTriggerPrice},
+                 {kJournalFigBid, view.bid},
+                 {kJournalFigAsk, view.ask},
+                 {kJournalFigType, static_cast<double>(t.nTriggerType)}};
+    m_manager.journal().record(e);
 }
 
 void CLocalTrigger::setStatus(std::size_t index, std::int32_t status) {
