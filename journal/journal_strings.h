@@ -34,6 +34,8 @@ inline constexpr const char* kMsgForeign =
     "文件%s不是舵手的委托日志（是其他程序的数据库），已改名为%s保存，并新建了委托日志。";
 inline constexpr const char* kMsgNewer =
     "委托日志文件%s由较新版本的舵手写成（格式版本%s），已改名为%s保存，并新建了委托日志。";
+// The detail of kMsgDamaged for tables that are not the journal's.
+inline constexpr const char* kSchemaMismatch = "表结构不符";
 // No journal at all: the file and SQLite's reason.
 inline constexpr const char* kMsgCannotOpen = "无法打开委托日志文件%s：%s。本次运行的委托不会记入日志。";
 inline constexpr const char* kMsgCannotMove = "委托日志文件%s不能使用，也无法改名：%s。本次运行的委托不会记入日志。";

@@ -5,232 +5,45 @@
 #include <algorithm>
 #include <system_error>
 
+#include "journal/journal_file.h"
 #include "journal/journal_strings.h"
 #include "journal/sqlite_util.h"
 
-namespace {
-
 using namespace sqlite_util;
-
-constexpr const char* kSchema = R"sql(
-CREATE TABLE orders (
-    id INTEGER PRIMARY KEY,
-    time_ms INTEGER NOT NULL,
-    tool TEXT NOT NULL,
-    tool_window TEXT NOT NULL,
-    tag TEXT NOT NULL,
-    account TEXT NOT NULL,
-    broker TEXT NOT NULL,
-    exchange INTEGER NOT NULL,
-    symbol_text TEXT NOT NULL,
-    code TEXT NOT NULL,
-    account_state TEXT NOT NULL,
-    price_type INTEGER NOT NULL,
-    direction INTEGER NOT NULL,
-    create_time INTEGER NOT NULL,
-    volume REAL,
-    price REAL,
-    trigger_price REAL,
-    avg_price REAL,
-    stop_loss REAL,
-    take_profit REAL,
-    open_close INTEGER NOT NULL,
-    hedge INTEGER NOT NULL,
-    remark TEXT NOT NULL,
-    order_id TEXT NOT NULL,
-    status INTEGER NOT NULL,
-    filled_volume REAL,
-    status_msg TEXT NOT NULL,
-    update_time INTEGER NOT NULL,
-    result INTEGER NOT NULL,
-    reason TEXT NOT NULL
-);
-CREATE TABLE figures (
-    entry INTEGER NOT NULL REFERENCES orders(id),
-    seq INTEGER NOT NULL,
-    name TEXT NOT NULL,
-    value REAL,
-    PRIMARY KEY (entry, seq)
-) WITHOUT ROWID;
-CREATE INDEX orders_by_time ON orders(time_ms);
-CREATE INDEX orders_by_tool ON orders(tool, time_ms);
-)sql";
-
-// Columns of `orders` in the order the insert binds and the selects read them, after id.
-constexpr const char* kOrderColumns =
-    "time_ms, tool, tool_window, tag, account, broker, exchange, symbol_text, code, "
-    "account_state, price_type, direction, create_time, volume, price, trigger_price, "
-    "avg_price, stop_loss, take_profit, open_close, hedge, remark, order_id, status, "
-    "filled_volume, status_msg, update_time, result, reason";
-constexpr int kOrderColumnCount = 29;
-
-enum class Verdict { Ok, CannotOpen, NotDatabase, Damaged, Foreign, Newer };
-
-struct Attempt {
-    Verdict verdict = Verdict::CannotOpen;
-    std::string detail;  // SQLite's words, or the newer schema's version
-    sqlite3* db = nullptr;
-};
-
-Verdict verdictOf(int code) {
-    switch (code & 0xff) {
-        case SQLITE_NOTADB:
-            return Verdict::NotDatabase;
-        case SQLITE_CORRUPT:
-            return Verdict::Damaged;
-        default:
-            return Verdict::CannotOpen;
-    }
-}
-
-// Opens the file and decides whether it is (or can become) this program's journal, changing
-// nothing in a file that is not: a fresh or empty file gets the schema, nothing else is
-// written.
-Attempt tryOpen(const std::filesystem::path& path) {
-    Attempt a;
-    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
-    int rc = sqlite3_open_v2(path.string().c_str(), &a.db, flags, nullptr);
-    if (rc != SQLITE_OK) {
-        a.detail = a.db ? sqlite3_errmsg(a.db) : sqlite3_errstr(rc);
-        return a;
-    }
-    sqlite3_extended_result_codes(a.db, 1);
-    // A file handed to us may be crafted: no schema tricks, no functions from its schema.
-    sqlite3_db_config(a.db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    sqlite3_db_config(a.db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-    sqlite3_busy_timeout(a.db, 1000);
-
-    auto fail = [&a](Verdict v, std::string detail) {
-        a.verdict = v;
-        a.detail = std::move(detail);
-        return a;
-    };
-    std::int64_t appId = 0, version = 0, objects = 0;
-    rc = queryInt(a.db, "PRAGMA application_id", appId);
-    if (rc == SQLITE_OK) rc = queryInt(a.db, "PRAGMA user_version", version);
-    if (rc == SQLITE_OK) rc = queryInt(a.db, "SELECT count(*) FROM sqlite_master", objects);
-    if (rc != SQLITE_OK) return fail(verdictOf(rc), sqlite3_errmsg(a.db));
-
-    if (appId == 0 && objects == 0) {
-        // New (or an empty database): WAL is chosen before the first table is written.
-        exec(a.db, "PRAGMA journal_mode=WAL");
-        std::string schema = std::string("BEGIN;") + kSchema + "PRAGMA application_id=" +
-                             std::to_string(SqliteOrderJournal::kApplicationId) +
-                             ";PRAGMA user_version=" +
-                             std::to_string(SqliteOrderJournal::kSchemaVersion) + ";COMMIT;";
-        if ((rc = exec(a.db, schema.c_str())) != SQLITE_OK) {
-            std::string why = sqlite3_errmsg(a.db);
-            exec(a.db, "ROLLBACK");
-            return fail(verdictOf(rc), why);
-        }
-    } else if (appId != SqliteOrderJournal::kApplicationId) {
-        return fail(Verdict::Foreign, {});
-    } else if (version > SqliteOrderJournal::kSchemaVersion) {
-        return fail(Verdict::Newer, std::to_string(version));
-    } else if (version < 1) {
-        return fail(Verdict::Damaged, "user_version " + std::to_string(version));
-    }
-
-    std::string check;
-    rc = queryText(a.db, "PRAGMA quick_check", check);
-    if (rc != SQLITE_OK) return fail(verdictOf(rc) == Verdict::CannotOpen ? Verdict::CannotOpen
-                                                                         : Verdict::Damaged,
-                                     sqlite3_errmsg(a.db));
-    if (check != "ok") return fail(Verdict::Damaged, check);
-    a.verdict = Verdict::Ok;
-    return a;
-}
-
-// Renames `path` (and SQLite's companion files) to the first free "<path>.bad[.n]". The
-// companions go along so a stale log is never replayed into the new journal.
-std::filesystem::path moveAside(const std::filesystem::path& path, std::error_code& ec) {
-    namespace fs = std::filesystem;
-    fs::path target;
-    for (int n = 1; n < 1000; ++n) {
-        target = path;
-        target += n == 1 ? ".bad" : ".bad." + std::to_string(n);
-        if (!fs::exists(target, ec) && !ec) break;
-    }
-    fs::rename(path, target, ec);
-    if (ec) return {};
-    for (const char* suffix : {"-wal", "-shm", "-journal"}) {
-        fs::path from = path, to = target;
-        from += suffix;
-        to += suffix;
-        std::error_code ignored;
-        if (!fs::exists(from, ignored)) continue;
-        fs::rename(from, to, ignored);
-        if (ignored) fs::remove(from, ignored);
-    }
-    return target;
-}
-
-std::string movedMessage(Verdict v, const std::string& file, const std::string& detail,
-                         const std::string& moved) {
-    using namespace journal_text;
-    switch (v) {
-        case Verdict::NotDatabase:
-            return fill(kMsgNotDatabase, {file, moved});
-        case Verdict::Damaged:
-            return fill(kMsgDamaged, {file, detail, moved});
-        case Verdict::Foreign:
-            return fill(kMsgForeign, {file, moved});
-        default:
-            return fill(kMsgNewer, {file, detail, moved});
-    }
-}
-
-}  // namespace
+using journal_file::kOrderColumns;
 
 std::unique_ptr<SqliteOrderJournal> SqliteOrderJournal::open(const std::filesystem::path& path,
                                                              std::string* error) {
     std::string ignored;
     std::string& message = error ? *error : ignored;
-    message.clear();
-    std::error_code ec;
-    if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), ec);
-
-    // The file as it is; when it cannot serve, once more on a new file in its place.
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        Attempt a = tryOpen(path);
-        if (a.verdict == Verdict::Ok) {
-            std::unique_ptr<SqliteOrderJournal> journal(new SqliteOrderJournal(a.db, path));
-            a.db = nullptr;
-            if (journal->prepareWrites(&a.detail)) {
-                // Only now is the file known to be ours to change.
-                exec(journal->m_db, "PRAGMA journal_mode=WAL");
-                exec(journal->m_db, "PRAGMA synchronous=NORMAL");
-                queryText(journal->m_db, "PRAGMA journal_mode", journal->m_journalMode);
-                return journal;
-            }
-            // Tables that are not the ones this program makes: set aside like any damage.
-            a.verdict = Verdict::Damaged;
-        }
-        sqlite3_close_v2(a.db);
-        if (a.verdict == Verdict::CannotOpen || attempt == 1) {
-            message = journal_text::fill(journal_text::kMsgCannotOpen,
-                             {path.string(), a.detail.empty() ? "?" : a.detail});
-            return nullptr;
-        }
-        const std::filesystem::path moved = moveAside(path, ec);
-        if (moved.empty()) {
-            message = journal_text::fill(journal_text::kMsgCannotMove, {path.string(), ec.message()});
-            return nullptr;
-        }
-        message = movedMessage(a.verdict, path.string(), a.detail, moved.string());
+    sqlite3* db = journal_file::connect(path, message);
+    if (!db) return nullptr;
+    std::unique_ptr<SqliteOrderJournal> journal(new SqliteOrderJournal(db, path));
+    std::string why;
+    if (!journal->prepareWrites(&why)) {
+        message = journal_text::fill(journal_text::kMsgCannotOpen, {path.string(), why});
+        return nullptr;
     }
-    return nullptr;
+    return journal;
 }
 
 SqliteOrderJournal::SqliteOrderJournal(sqlite3* db, std::filesystem::path path)
-    : m_db(db), m_path(std::move(path)) {}
+    : m_db(db), m_path(std::move(path)) {
+    queryText(m_db, "PRAGMA journal_mode", m_journalMode);
+}
 
-SqliteOrderJournal::~SqliteOrderJournal() {
+SqliteOrderJournal::~SqliteOrderJournal() { closeAll(); }
+
+void SqliteOrderJournal::closeAll() {
     for (auto& [mask, stmt] : m_selects) sqlite3_finalize(stmt);
-    for (sqlite3_stmt* s :
-         {m_begin, m_commit, m_rollback, m_insertOrder, m_insertFigure, m_selectFigures})
-        sqlite3_finalize(s);
+    m_selects.clear();
+    for (sqlite3_stmt** s : {&m_begin, &m_commit, &m_rollback, &m_insertOrder, &m_insertFigure,
+                             &m_selectFigures}) {
+        sqlite3_finalize(*s);
+        *s = nullptr;
+    }
     sqlite3_close_v2(m_db);
+    m_db = nullptr;
 }
 
 bool SqliteOrderJournal::prepareWrites(std::string* error) {
@@ -249,8 +62,7 @@ bool SqliteOrderJournal::prepareWrites(std::string* error) {
     return ok;
 }
 
-void SqliteOrderJournal::record(const JournalEntry& e) {
-    std::lock_guard lock(m_mutex);
+int SqliteOrderJournal::insert(const JournalEntry& e) {
     const tagBrokerOrder& o = e.order;
     int rc = stepOnce(m_begin);
     if (rc == SQLITE_DONE) {
@@ -293,12 +105,41 @@ void SqliteOrderJournal::record(const JournalEntry& e) {
         }
         if (rc == SQLITE_DONE) rc = stepOnce(m_commit);
     }
+    if (rc != SQLITE_DONE && !sqlite3_get_autocommit(m_db)) {
+        const std::string why = sqlite3_errmsg(m_db);  // the rollback must not replace it
+        stepOnce(m_rollback);
+        m_lastError = why;
+    } else if (rc != SQLITE_DONE) {
+        m_lastError = sqlite3_errmsg(m_db);
+    }
+    return rc;
+}
+
+void SqliteOrderJournal::record(const JournalEntry& e) {
+    std::lock_guard lock(m_mutex);
+    int rc = m_db ? insert(e) : SQLITE_CANTOPEN;
+    const int primary = rc & 0xff;
+    if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB) {
+        // Damage found in use: the file goes aside like one found damaged at start-up, and the
+        // entry goes into the new journal.
+        const std::string detail = m_lastError;
+        closeAll();
+        std::string message;
+        m_db = journal_file::replaceDamaged(m_path, detail, message);
+        rc = m_db && prepareWrites(nullptr) ? insert(e) : SQLITE_CANTOPEN;
+        if (rc == SQLITE_DONE) {
+            m_lastError = message;
+            return;
+        }
+        if (!m_db) m_lastError = message;
+    }
     if (rc != SQLITE_DONE) {
         ++m_failedWrites;
-        m_lastError = journal_text::fill(journal_text::kMsgWriteFailed, {sqlite3_errmsg(m_db)});
-        if (!sqlite3_get_autocommit(m_db)) stepOnce(m_rollback);
+        m_lastError = journal_text::fill(journal_text::kMsgWriteFailed, {m_lastError});
     }
 }
+
+
 
 int SqliteOrderJournal::failedWrites() const {
     std::lock_guard lock(m_mutex);
@@ -404,9 +245,9 @@ std::vector<JournalRecord> SqliteOrderJournal::query(const JournalFilter& f, int
     const std::string pattern = prefixPattern(f.code);
 
     std::lock_guard lock(m_mutex);
-    sqlite3_stmt* s = selectStatement(mask);
+    sqlite3_stmt* s = m_db ? selectStatement(mask) : nullptr;
     if (!s) {
-        if (error) *error = sqlite3_errmsg(m_db);
+        if (error) *error = m_db ? sqlite3_errmsg(m_db) : m_lastError;
         return out;
     }
     bindInt(s, 1, f.fromMs);
@@ -438,7 +279,8 @@ std::vector<std::string> SqliteOrderJournal::tools() const {
     std::vector<std::string> out;
     // One index probe per distinct tool rather than a walk over every entry.
     sqlite3_stmt* s = nullptr;
-    if (!prepare(m_db, "SELECT tool FROM orders WHERE tool > ?1 ORDER BY tool LIMIT 1", s))
+    if (!m_db ||
+        !prepare(m_db, "SELECT tool FROM orders WHERE tool > ?1 ORDER BY tool LIMIT 1", s))
         return out;
     std::string last;
     for (;;) {

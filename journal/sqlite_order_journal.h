@@ -16,7 +16,8 @@
 //
 // open() never leaves a broken journal behind: a file that is not SQLite, a damaged one, a
 // database of another program or of a newer schema is renamed aside (journal.db.bad,
-// journal.db.bad.2, ...) with a message that says so, and a new journal starts in its place.
+// journal.db.bad.2, ...) with a message that says so, and a new journal starts in its place
+// (journal/journal_file.h). Damage that shows only when writing is handled the same way.
 //
 // Owned by whoever opened it (the composition root, a replay run); it outlives the manager's
 // pointer to it. Thread-safe: record() may come from the UI thread, the trigger centre's step
@@ -83,9 +84,11 @@ public:
     // "wal" or the rollback journal's mode ("delete", ...), as SQLite reports it.
     const std::string& journalMode() const { return m_journalMode; }
 
-    // IOrderJournal. Never throws; a failed write is counted and its reason kept.
+    // IOrderJournal. Never throws; a failed write is counted and its reason kept. A file found
+    // damaged on writing is set aside and the entry goes into a new journal in its place.
     void record(const JournalEntry& entry) override;
     int failedWrites() const;
+    // The last thing that went wrong, for the user ("" when nothing did).
     std::string lastError() const;
 
     // Newest first (by time, then by recording order), at most `limit` entries (capped at
@@ -99,10 +102,12 @@ public:
 private:
     SqliteOrderJournal(sqlite3* db, std::filesystem::path path);
     bool prepareWrites(std::string* error);
+    int insert(const JournalEntry& entry);  // SQLite's code; SQLITE_DONE when written
+    void closeAll();
     sqlite3_stmt* selectStatement(unsigned mask) const;
     void loadFigures(JournalRecord& rec) const;
 
-    sqlite3* m_db;
+    sqlite3* m_db;  // null once a damaged file could not be replaced
     std::filesystem::path m_path;
     std::string m_journalMode;
     mutable std::mutex m_mutex;
