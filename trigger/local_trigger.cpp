@@ -323,8 +323,7 @@ void CLocalTrigger::recordFired(const tagLocalTrigger& rec, const tagBrokerOrder
     e.figures = {{kJournalFigWatched, view.watched},
                  {kJournalFigTrigger, t.dTriggerPrice},
                  {kJournalFigBid, view.bid},
-                 {kJournalFigAsk, view.ask},
-                 {kJournalFigType, static_cast<double>(t.nTriggerType)}};
+                 {kJournalFigAsk, view.ask}};
     m_manager.journal().record(e);
 }
 

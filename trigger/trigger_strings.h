@@ -24,7 +24,6 @@ inline constexpr const char* kJournalFigWatched = "观察价";
 inline constexpr const char* kJournalFigTrigger = "触发价";
 inline constexpr const char* kJournalFigBid = "买一价";
 inline constexpr const char* kJournalFigAsk = "卖一价";
-inline constexpr const char* kJournalFigType = "触发类型";
 
 // Status texts of an evaluation, by result code.
 inline constexpr const char* kBadDirection = "买卖类型出错";      // -7

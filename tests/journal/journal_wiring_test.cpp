@@ -125,12 +125,11 @@ TEST_F(FiredTriggerTest, IsRecordedOnceWithTheCrossingInWordsAndNumbers) {
         EXPECT_EQ(e.reason, c.reason);
         EXPECT_EQ(e.order.strOrderID, host.sent.back().strOrderID);
         EXPECT_EQ(e.order.dVolume, 2);
-        ASSERT_EQ(e.figures.size(), 5u);
+        ASSERT_EQ(e.figures.size(), 4u);
         const double watched = c.last > 0 ? c.last : c.preOpen;
         const std::pair<const char*, double> figures[] = {
-            {"观察价", watched}, {"触发价", 5228}, {"买一价", 5228.2}, {"卖一价", 5228.4},
-            {"触发类型", c.type}};
-        for (std::size_t i = 0; i < 5; ++i) {
+            {"观察价", watched}, {"触发价", 5228}, {"买一价", 5228.2}, {"卖一价", 5228.4}};
+        for (std::size_t i = 0; i < 4; ++i) {
             EXPECT_EQ(e.figures[i].name, figures[i].first);
             EXPECT_EQ(e.figures[i].value, figures[i].second);
         }
