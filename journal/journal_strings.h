@@ -56,7 +56,7 @@ inline constexpr const char* kMore = "更多";
 inline constexpr const char* kReasonLabel = "下单原因：";
 inline constexpr const char* kFiguresLabel = "依据数值：";
 inline constexpr const char* kColumns =
-    "时间,110;工具,70;窗口,90;帐户,70;合约,60;买卖,40;开平,44;数量,40;价格,60;结果,60;委托号,60;标记,90;原因,300;";
+    "时间,95;工具,66;帐户,45;合约,40;买卖,28;开平,30;数量,28;价格,40;结果,84;原因,200;标记,66;委托号,40;窗口,70;";
 inline constexpr const char* kFigureColumns = "名称,100;数值,100;";
 inline constexpr const char* kListName = "OrderJournal";
 inline constexpr const char* kFigureListName = "OrderJournalFigures";

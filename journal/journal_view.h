@@ -11,8 +11,8 @@
 namespace journal_view {
 
 enum Column {
-    kColTime, kColTool, kColWindow, kColAccount, kColCode, kColDirection, kColOpenClose,
-    kColVolume, kColPrice, kColResult, kColOrderId, kColTag, kColReason, kColumnCount
+    kColTime, kColTool, kColAccount, kColCode, kColDirection, kColOpenClose, kColVolume,
+    kColPrice, kColResult, kColReason, kColTag, kColOrderId, kColWindow, kColumnCount
 };
 
 std::vector<std::string> rowCells(const JournalEntry& e);

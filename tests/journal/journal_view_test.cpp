@@ -24,9 +24,9 @@ TEST(JournalView, RowCellsSayWhatWasSentAndWhatBecameOfIt) {
     sent.result = 1;
     sent.reason = "吊卖：最新价5228.2涨到或涨破触发价5228.0";
     EXPECT_EQ(journal_view::rowCells(sent),
-              (std::vector<std::string>{formatDateTime(1609725600), "本地触发", "本地触发单中心",
-                                        "880001", "IF2101", "卖出", "平今仓", "2", "5228.2",
-                                        "已发出", "1001", "本地触发单", sent.reason}));
+              (std::vector<std::string>{formatDateTime(1609725600), "本地触发", "880001", "IF2101",
+                                        "卖出", "平今仓", "2", "5228.2", "已发出", sent.reason,
+                                        "本地触发单", "1001", "本地触发单中心"}));
 
     JournalEntry refused;  // nothing known but the refusal
     refused.order.strStatusMsg = "资金不足";
