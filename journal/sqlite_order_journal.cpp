@@ -117,7 +117,11 @@ int SqliteOrderJournal::insert(const JournalEntry& e) {
 
 void SqliteOrderJournal::record(const JournalEntry& e) {
     std::lock_guard lock(m_mutex);
-    int rc = m_db ? insert(e) : SQLITE_CANTOPEN;
+    if (!m_db) {  // lastError says why there is no file to write
+        ++m_failedWrites;
+        return;
+    }
+    int rc = insert(e);
     const int primary = rc & 0xff;
     if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB) {
         // Damage found in use: the file goes aside like one found damaged at start-up, and the
@@ -126,20 +130,19 @@ void SqliteOrderJournal::record(const JournalEntry& e) {
         closeAll();
         std::string message;
         m_db = journal_file::replaceDamaged(m_path, detail, message);
-        rc = m_db && prepareWrites(nullptr) ? insert(e) : SQLITE_CANTOPEN;
-        if (rc == SQLITE_DONE) {
+        if (m_db && !prepareWrites(&message)) closeAll();
+        rc = m_db ? insert(e) : SQLITE_CANTOPEN;
+        if (rc == SQLITE_DONE || !m_db) {
             m_lastError = message;
+            if (!m_db) ++m_failedWrites;
             return;
         }
-        if (!m_db) m_lastError = message;
     }
     if (rc != SQLITE_DONE) {
         ++m_failedWrites;
         m_lastError = journal_text::fill(journal_text::kMsgWriteFailed, {m_lastError});
     }
 }
-
-
 
 int SqliteOrderJournal::failedWrites() const {
     std::lock_guard lock(m_mutex);
