@@ -93,14 +93,25 @@ struct Attempt {
     sqlite3* db = nullptr;
 };
 
+// What a failed read of the file says about it: the surroundings (no access, no space, a lock
+// held too long) leave the file alone; any other failure means the file cannot serve.
 Verdict verdictOf(int code) {
     switch (code & 0xff) {
         case SQLITE_NOTADB:
             return Verdict::NotDatabase;
-        case SQLITE_CORRUPT:
-            return Verdict::Damaged;
-        default:
+        case SQLITE_CANTOPEN:
+        case SQLITE_IOERR:
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+        case SQLITE_NOMEM:
+        case SQLITE_PERM:
+        case SQLITE_READONLY:
+        case SQLITE_FULL:
+        case SQLITE_AUTH:
+        case SQLITE_NOLFS:
             return Verdict::CannotOpen;
+        default:
+            return Verdict::Damaged;
     }
 }
 
@@ -156,9 +167,7 @@ Attempt tryOpen(const std::filesystem::path& path) {
 
     std::string check;
     rc = queryText(a.db, "PRAGMA quick_check", check);
-    if (rc != SQLITE_OK) return fail(verdictOf(rc) == Verdict::CannotOpen ? Verdict::CannotOpen
-                                                                         : Verdict::Damaged,
-                                     sqlite3_errmsg(a.db));
+    if (rc != SQLITE_OK) return fail(verdictOf(rc), sqlite3_errmsg(a.db));
     if (check != "ok") return fail(Verdict::Damaged, check);
     a.verdict = Verdict::Ok;
     return a;

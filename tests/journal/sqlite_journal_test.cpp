@@ -202,6 +202,14 @@ TEST_F(JournalTest, FilesThatCannotBeAJournalAreSetAside) {
                                  "; PRAGMA user_version=1;");
          },
          "已损坏"},
+        {"unknown schema format",
+         [](const auto& p) {
+             makeDatabase(p, "CREATE TABLE notes(t TEXT);");
+             std::string bytes = readFileBytes(p);
+             bytes[47] = 99;  // the header's schema format number
+             writeFileBytes(p, bytes);
+         },
+         "已损坏"},
         {"damaged pages",
          [](const auto& p) {
              {
