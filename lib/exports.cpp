@@ -80,12 +80,15 @@ void InitHelmsman(std::uint32_t hParent, CSubscibeManage* facade, const char* ro
             manager().setUi(&qtUi());
             manager().init(hParent, facade, text(rootDir), text(userName), hostValue);
             manager().setLocalTriggerFactory([] { return new LocalTriggerWindow(manager()); });
+            // The journal of this user directory (kept open when it is already the one).
             OrderJournal& j = orderJournal();
-            manager().setJournal(nullptr);
-            j.journal = SqliteOrderJournal::open(manager().userFile(journal_text::kFileName),
-                                                 &j.notice);
+            const auto file = manager().userFile(journal_text::kFileName);
+            if (!j.journal || j.journal->path() != file) {
+                manager().setJournal(nullptr);
+                j.journal = SqliteOrderJournal::open(file, &j.notice);
+                if (!j.notice.empty()) std::fprintf(stderr, "%s\n", j.notice.c_str());
+            }
             manager().setJournal(j.journal.get());
-            if (!j.notice.empty()) std::fprintf(stderr, "%s\n", j.notice.c_str());
             window_placement::adoptHostWindow(hParent);
             return 0;
         },
