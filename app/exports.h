@@ -64,6 +64,9 @@ HELMSMAN_API int OpenAlgoSet(tagAlgoSetting* block, int mode);
 // The robot launcher, from which the strategy robots are opened (one launcher; a second
 // call shows it).
 HELMSMAN_API int OpenRobotLauncher();
+// The viewer of the audit journal, in which every order the module sent is recorded with
+// the tool that sent it and why (one viewer; a second call shows and refreshes it).
+HELMSMAN_API int OpenOrderJournal();
 
 // Stand-ins for what the operating system gives a real host: sending a window message to
 // one of the module's window handles (as SendMessage would), listing the module's windows

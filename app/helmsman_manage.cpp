@@ -3,6 +3,16 @@
 #include <algorithm>
 #include <cstdio>
 
+namespace {
+
+// The reasons the manager gives for what it sends on a tool's behalf.
+constexpr const char* kJournalSent = "直接发出";
+constexpr const char* kJournalConfirmedSent = "经下单确认后发出";
+constexpr const char* kJournalToAlgo = "交给算法执行";
+constexpr const char* kJournalConfirmedToAlgo = "经下单确认后交给算法执行";
+
+}  // namespace
+
 CHelmsmanManage::CHelmsmanManage()
     : m_clock(&SystemClock::instance()), m_prompter(&m_silentPrompter), m_ui(&m_nullUi) {}
 
@@ -123,43 +133,73 @@ bool CHelmsmanManage::routesToAlgo(const tagBrokerOrder& order,
     return algo != nullptr && m_settings.bUseAlgoTrading != 0 && order.dVolume >= algo->minVolume();
 }
 
-int CHelmsmanManage::sendOrder(tagBrokerOrder& order, const tagAlgoSetting* algo) {
-    if (routesToAlgo(order, algo)) return m_ui->handToAlgoCentre({order}, *algo) ? 1 : 0;
-    return m_facade ? m_facade->SendOrder(order) : 0;
+int CHelmsmanManage::sendOrder(tagBrokerOrder& order, const tagAlgoSetting* algo,
+                                const SendContext& how) {
+    if (routesToAlgo(order, algo)) {
+        const int r = m_ui->handToAlgoCentre({order}, *algo) ? 1 : 0;
+        recordSent(order, r, true, how);
+        return r;
+    }
+    const int r = m_facade ? m_facade->SendOrder(order) : 0;
+    recordSent(order, r, false, how);
+    return r;
 }
 
-void CHelmsmanManage::sendBatch(std::vector<tagBrokerOrder>& orders, const tagAlgoSetting* algo) {
+void CHelmsmanManage::sendBatch(std::vector<tagBrokerOrder>& orders, const tagAlgoSetting* algo,
+                                const SendContext& how) {
     std::vector<tagBrokerOrder> toAlgo;
     for (auto& order : orders) {
-        if (routesToAlgo(order, algo))
+        if (routesToAlgo(order, algo)) {
             toAlgo.push_back(order);
-        else if (m_facade)
-            m_facade->SendOrder(order);
+        } else if (m_facade) {
+            const int r = m_facade->SendOrder(order);
+            recordSent(order, r, false, how);
+        }
     }
-    if (!toAlgo.empty()) m_ui->handToAlgoCentre(toAlgo, *algo);
+    if (toAlgo.empty()) return;
+    const int r = m_ui->handToAlgoCentre(toAlgo, *algo) ? 1 : 0;
+    for (const auto& order : toAlgo) recordSent(order, r, true, how);
+}
+
+void CHelmsmanManage::recordSent(const tagBrokerOrder& order, int result, bool toAlgo,
+                                 const SendContext& how) {
+    if (how.recorder != Recorder::Manager) return;
+    JournalEntry e;
+    e.timeMs = m_clock->nowMs();
+    // Without a name the remark tells who sent it (tools put their name there).
+    e.tool = how.caller.empty() ? order.strRemark : how.caller;
+    e.tag = order.strRemark;
+    e.order = order;
+    e.result = result;
+    e.reason = toAlgo ? (how.confirmed ? kJournalConfirmedToAlgo : kJournalToAlgo)
+                      : (how.confirmed ? kJournalConfirmedSent : kJournalSent);
+    m_journal->record(e);
 }
 
 int CHelmsmanManage::submitOrder(tagBrokerOrder& order, bool confirm, const std::string& caller,
-                                 const tagAlgoSetting* algo) {
+                                 const tagAlgoSetting* algo, Recorder recorder) {
     if (order.strRemark.empty()) order.strRemark = caller;
+    const SendContext how{caller, confirm, recorder};
     if (confirm) {
         if (!m_ui->confirmOrder(order, caller, algo)) return 0;
-        sendOrder(order, algo);
+        sendOrder(order, algo, how);
         return 1;
     }
-    return sendOrder(order, algo);
+    return sendOrder(order, algo, how);
 }
 
 int CHelmsmanManage::submitBatch(std::vector<tagBrokerOrder>& orders, bool confirm,
-                                 const std::string& caller, const tagAlgoSetting* algo) {
+                                 const std::string& caller, const tagAlgoSetting* algo,
+                                 Recorder recorder) {
     for (auto& order : orders)
         if (order.strRemark.empty()) order.strRemark = caller;
+    const SendContext how{caller, confirm, recorder};
     if (confirm) {
         if (!m_ui->confirmBatch(orders, caller, algo)) return 0;
-        sendBatch(orders, algo);
+        sendBatch(orders, algo, how);
         return 1;
     }
-    sendBatch(orders, algo);
+    sendBatch(orders, algo, how);
     return 1;
 }
 

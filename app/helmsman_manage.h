@@ -29,6 +29,16 @@
 #include "host/subscibe_manage.h"
 #include "host/window.h"
 
+// Who records an order the manager sends in the journal.
+enum class JournalRecorder { Manager, Caller };
+
+// Who sent an order and how, for its journal entry.
+struct SendContext {
+    std::string caller;      // the tool's name
+    bool confirmed = false;  // the trader accepted it in a confirmation first
+    JournalRecorder recorder = JournalRecorder::Manager;
+};
+
 class CHelmsmanManage {
 public:
     CHelmsmanManage();
@@ -88,18 +98,23 @@ public:
     const std::vector<tagBargainOrder>& noticeFills() const { return m_noticeFills; }
 
     // ---- Submission ------------------------------------------------------------------
+    // Every order sent here (or handed to the algo centre) is recorded in the journal once:
+    // by the manager, with the caller's name as the tool and a plain reason, unless the
+    // caller says it records the order itself, with its own reason and figures.
+    using Recorder = JournalRecorder;
     // One order: an empty remark becomes `caller`; with `confirm` the modal confirmation
     // decides (returns 1 accepted, 0 cancelled); else sendOrder's result.
     int submitOrder(tagBrokerOrder& order, bool confirm, const std::string& caller,
-                    const tagAlgoSetting* algo);
+                    const tagAlgoSetting* algo, Recorder recorder = Recorder::Manager);
     // A batch: empty remarks become `caller`; with `confirm` the modal batch confirmation
     // (1 accepted, 0 cancelled); else sendBatch and 1.
     int submitBatch(std::vector<tagBrokerOrder>& orders, bool confirm, const std::string& caller,
-                    const tagAlgoSetting* algo);
+                    const tagAlgoSetting* algo, Recorder recorder = Recorder::Manager);
     // Routing without confirmation: with a threshold block and algo trading on, volume at or
     // above its minimum goes to the algo centre, the rest to SendOrder.
-    int sendOrder(tagBrokerOrder& order, const tagAlgoSetting* algo);
-    void sendBatch(std::vector<tagBrokerOrder>& orders, const tagAlgoSetting* algo);
+    int sendOrder(tagBrokerOrder& order, const tagAlgoSetting* algo, const SendContext& how = {});
+    void sendBatch(std::vector<tagBrokerOrder>& orders, const tagAlgoSetting* algo,
+                   const SendContext& how = {});
     // Whether an order goes to algorithmic execution: algo trading switched on
     // (bUseAlgoTrading), a threshold block given, and the volume at or above its minimum. A
     // block alone never routes: it is a threshold, not a switch.
@@ -148,6 +163,7 @@ public:
 
 private:
     void broadcast(std::uint32_t msg, std::uintptr_t wParam, std::uintptr_t lParam);
+    void recordSent(const tagBrokerOrder& order, int result, bool toAlgo, const SendContext& how);
 
     std::string m_rootDir;
     std::string m_userName;

@@ -5,6 +5,7 @@
 // reverse.
 #include "app/exports.h"
 
+#include <cstdio>
 #include <cstring>
 #include <string_view>
 
@@ -13,6 +14,9 @@
 #include "app/ui/qt_prompter.h"
 #include "app/ui/trade_option_page.h"
 #include "app/ui/window_placement.h"
+#include "journal/journal_strings.h"
+#include "journal/sqlite_order_journal.h"
+#include "journal/ui/journal_window.h"
 #include "order/ui/order_modify_dialog.h"
 #include "order/ui/order_ticket_window.h"
 #include "order/ui/qt_module_ui.h"
@@ -46,11 +50,24 @@ QtModuleUi& qtUi() {
     return ui;
 }
 
+// The audit journal in the user directory, and what became of its file at start-up.
+struct OrderJournal {
+    std::unique_ptr<SqliteOrderJournal> journal;
+    std::string notice;
+    ~OrderJournal() { CHelmsmanManage::instance().setJournal(nullptr); }
+};
+
+OrderJournal& orderJournal() {
+    static OrderJournal j;
+    return j;
+}
+
 // Exports whose tool this build opens. The others answer with their neutral value.
 constexpr std::string_view kAvailable[] = {
     "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange", "OpenHelmsman",
     "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",    "OpenLocalTrigger",
     "OpenRobotLauncher", "OpenStopTrigger",  "HelmsmanModifyOrder", "OpenAMTOrder",
+    "OpenOrderJournal",
 };
 
 }  // namespace
@@ -65,6 +82,15 @@ void InitHelmsman(std::uint32_t hParent, CSubscibeManage* facade, const char* ro
             manager().setUi(&qtUi());
             manager().init(hParent, facade, text(rootDir), text(userName), hostValue);
             manager().setLocalTriggerFactory([] { return new LocalTriggerWindow(manager()); });
+            // The journal of this user directory (kept open when it is already the one).
+            OrderJournal& j = orderJournal();
+            const auto file = manager().userFile(journal_text::kFileName);
+            if (!j.journal || j.journal->path() != file) {
+                manager().setJournal(nullptr);
+                j.journal = SqliteOrderJournal::open(file, &j.notice);
+                if (!j.notice.empty()) std::fprintf(stderr, "%s\n", j.notice.c_str());
+            }
+            manager().setJournal(j.journal.get());
             window_placement::adoptHostWindow(hParent);
             return 0;
         },
@@ -141,6 +167,15 @@ int OpenFastDeleteAll() { return 0; }
 int OpenAlgoSet(tagAlgoSetting*, int) { return 0; }
 int OpenRobotLauncher() {
     return guarded([] { return openRobotLauncher() ? 1 : 0; }, 0);
+}
+int OpenOrderJournal() {
+    return guarded(
+        [] {
+            if (!manager().initialised()) return 0;
+            const OrderJournal& j = orderJournal();
+            return openOrderJournal(j.journal.get(), j.notice, manager().userDir()) ? 1 : 0;
+        },
+        0);
 }
 
 std::intptr_t HelmsmanSendMessage(std::uint32_t hWnd, std::uint32_t msg, std::uintptr_t wParam,

@@ -209,7 +209,7 @@ EditResult CMultiConfirm::editVolume(std::size_t row, const std::string& text) {
 bool CMultiConfirm::send(CHelmsmanManage& manager) {
     if (m_sent) return false;
     m_sent = true;
-    manager.sendBatch(m_orders, algoSetting());
+    manager.sendBatch(m_orders, algoSetting(), {m_caller, true});
     return true;
 }
 

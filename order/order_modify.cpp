@@ -217,7 +217,7 @@ void COrderModify::onOrder(const tagBrokerOrder& order) {
     }
     m_pending.tCreateTime = m_manage.clock().now();
     m_replacement = m_pending;
-    const int r = m_manage.sendOrder(m_replacement, nullptr);
+    const int r = m_manage.sendOrder(m_replacement, nullptr, {kOrderModifyCaption});
     m_sent = r != 0 && m_replacement.nStatus != kOrderRejected;
     char text[512];
     if (m_sent) {

@@ -23,6 +23,7 @@ const std::vector<AddinTool>& addinTools() {
         {"OpenManualSpread", t::kToolOpenManualSpread, N::Nothing, true},
         {"OpenSpreadTrader", t::kToolOpenSpreadTrader, N::Nothing, false},
         {"OpenRobotLauncher", t::kToolOpenRobotLauncher, N::Nothing, true},
+        {"OpenOrderJournal", t::kToolOpenOrderJournal, N::Nothing, false},
         {"OpenAMTOrder", t::kToolOpenAMTOrder, N::Nothing, true},
         {"FilledOrderStatistics", t::kToolFilledOrderStatistics, N::Nothing, false},
         {"OpenAlgoSet", t::kToolOpenAlgoSet, N::AlgoBlock, false},

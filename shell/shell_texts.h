@@ -128,6 +128,7 @@ inline constexpr const char* kToolOpenSpreadTrader = "自动价差";
 inline constexpr const char* kToolOpenManualSpread = "手动价差下单";
 inline constexpr const char* kToolOpenLocalTrigger = "本地触发单中心";
 inline constexpr const char* kToolOpenRobotLauncher = "策略机器人";
+inline constexpr const char* kToolOpenOrderJournal = "委托日志";
 inline constexpr const char* kToolDeleteTriggerOrders = "多帐户撤触发单";
 inline constexpr const char* kToolOpenAMTOrder = "条件策略";
 inline constexpr const char* kToolFilledOrderStatistics = "成交统计";

@@ -236,11 +236,14 @@ bool CLocalTrigger::step() {
             v.state = session::localTriggerPeriod(m_slots[s].symbol.wExchangeID, secOfDay);
             const IModuleFutureTrader::ITickEx* q = m_slots[s].quote.get();
             v.hasQuote = q != nullptr;
+            v.preOpenPrice = false;
             v.watched = v.bid = v.ask = 0;
             if (!q) continue;
             v.watched = q->dLast;
-            if (v.watched < kMinPrice && v.state == session::kLocalPreOpen)
+            if (v.watched < kMinPrice && v.state == session::kLocalPreOpen) {
                 v.watched = q->dPreOpenPrice1 >= kMinPrice ? q->dPreOpenPrice1 : q->dPreOpenPrice2;
+                v.preOpenPrice = true;
+            }
             v.bid = q->dBid;
             v.ask = q->dAsk;
         }
@@ -308,26 +311,36 @@ void CLocalTrigger::fire(std::size_t index, const SlotView& view, std::int64_t n
     setStatus(index, kOrderFilled);
     rec.trigger.tStart = now;
     m_hot[index].tStart = now;
-    const int result = m_manager.submitOrder(order, false, trigger_text::kComment,
-                                             rec.bHasOptions ? &rec.options : nullptr);
-    // Why it was sent: the watched price crossed the trigger price.
-    JournalEntry entry;
-    entry.timeMs = m_manager.clock().nowMs();
-    entry.tool = trigger_text::kComment;
-    entry.window = trigger_text::kCaption;
-    entry.tag = order.strRemark;
-    entry.order = order;
-    entry.result = result;
-    entry.reason = std::string(codes::triggerTypeText(t.nTriggerType)) + "：最新价" +
-                   number_text::format(view.watched, rec.nPriceDecimals) +
-                   (t.nTriggerType == kTriggerBuyDip || t.nTriggerType == kTriggerSellChase
-                        ? "不高于"
-                        : "不低于") +
-                   "触发价" + number_text::format(t.dTriggerPrice, rec.nPriceDecimals);
-    entry.figures = {{"watched", view.watched},
-                     {"trigger", t.dTriggerPrice},
-                     {"type", static_cast<double>(t.nTriggerType)}};
-    m_manager.journal().record(entry);
+    const int result =
+        m_manager.submitOrder(order, false, trigger_text::kComment,
+                              rec.bHasOptions ? &rec.options : nullptr,
+                              CHelmsmanManage::Recorder::Caller);
+    recordFired(rec, order, result, view);
+}
+
+void CLocalTrigger::recordFired(const tagLocalTrigger& rec, const tagBrokerOrder& order,
+                                int result, const SlotView& view) {
+    using namespace trigger_text;
+    const tagTriggerOrder& t = rec.trigger;
+    const bool fallsTo = triggerKind(t.nDirection, t.nTriggerType) == kFiresAtOrBelow;
+    auto price = [&](double v) { return number_text::format(v, rec.nPriceDecimals); };
+    JournalEntry e;
+    e.timeMs = m_manager.clock().nowMs();
+    e.tool = kJournalTool;
+    e.window = kCaption;
+    e.tag = order.strRemark;
+    e.order = order;
+    e.result = result;
+    e.reason = std::string(codes::triggerTypeText(t.nTriggerType)) + "：" +
+               (view.preOpenPrice ? kJournalPreOpenPrice : kJournalLastPrice) +
+               price(view.watched) + (fallsTo ? kJournalFellTo : kJournalRoseTo) +
+               kJournalTriggerPrice + price(t.dTriggerPrice);
+    if (t.dPrice < kMinPrice) e.reason += kJournalAtMarket + price(order.dPrice) + kJournalSent;
+    e.figures = {{kJournalFigWatched, view.watched},
+                 {kJournalFigTrigger, t.dTriggerPrice},
+                 {kJournalFigBid, view.bid},
+                 {kJournalFigAsk, view.ask}};
+    m_manager.journal().record(e);
 }
 
 void CLocalTrigger::setStatus(std::size_t index, std::int32_t status) {

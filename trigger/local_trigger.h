@@ -155,6 +155,7 @@ private:
     struct SlotView {
         int state;
         bool hasQuote;
+        bool preOpenPrice;  // watched is the pre-open price, there being no last price
         double watched;
         double bid;
         double ask;
@@ -165,6 +166,8 @@ private:
     std::uint32_t slotFor(const tagSymbol& symbol, std::vector<std::uint32_t>& newSlots);
     void subscribe(const std::vector<std::uint32_t>& newSlots);
     void fire(std::size_t index, const SlotView& view, std::int64_t now);
+    void recordFired(const tagLocalTrigger& rec, const tagBrokerOrder& order, int result,
+                     const SlotView& view);
     void setStatus(std::size_t index, std::int32_t status);
     void notifyListChanged();
 

@@ -10,6 +10,21 @@ inline constexpr const char* kComment = "本地触发单";
 // Formatted with the code when the host knows no contract; the centre keeps it to itself.
 inline constexpr const char* kNoContract = "找不到%s的合约信息，不能进行本地触发单操作!";
 
+// The journal entry of a fired trigger: "吊买：最新价3921.4跌到或跌破触发价3922", and for a
+// market order "，市价按对手价3922.2发出" after it.
+inline constexpr const char* kJournalTool = "本地触发";
+inline constexpr const char* kJournalLastPrice = "最新价";
+inline constexpr const char* kJournalPreOpenPrice = "集合竞价价";
+inline constexpr const char* kJournalFellTo = "跌到或跌破";
+inline constexpr const char* kJournalRoseTo = "涨到或涨破";
+inline constexpr const char* kJournalTriggerPrice = "触发价";
+inline constexpr const char* kJournalAtMarket = "，市价按对手价";
+inline constexpr const char* kJournalSent = "发出";
+inline constexpr const char* kJournalFigWatched = "观察价";
+inline constexpr const char* kJournalFigTrigger = "触发价";
+inline constexpr const char* kJournalFigBid = "买一价";
+inline constexpr const char* kJournalFigAsk = "卖一价";
+
 // Status texts of an evaluation, by result code.
 inline constexpr const char* kBadDirection = "买卖类型出错";      // -7
 inline constexpr const char* kBadTriggerType = "触发类型出错";    // -6
