@@ -124,7 +124,7 @@ bool CHelmsmanManage::routesToAlgo(const tagBrokerOrder& order,
 }
 
 int CHelmsmanManage::sendOrder(tagBrokerOrder& order, const tagAlgoSetting* algo) {
-    if (routesToAlgo(order, algo)) return m_ui->handToAlgoCentre({order}, *algo) ? 1 : 0;
+    if (routesToAlgo(order, algo)) return handToAlgo({order}, *algo) ? 1 : 0;
     return m_facade ? m_facade->SendOrder(order) : 0;
 }
 
@@ -136,7 +136,7 @@ void CHelmsmanManage::sendBatch(std::vector<tagBrokerOrder>& orders, const tagAl
         else if (m_facade)
             m_facade->SendOrder(order);
     }
-    if (!toAlgo.empty()) m_ui->handToAlgoCentre(toAlgo, *algo);
+    if (!toAlgo.empty()) handToAlgo(toAlgo, *algo);
 }
 
 int CHelmsmanManage::submitOrder(tagBrokerOrder& order, bool confirm, const std::string& caller,
@@ -161,6 +161,35 @@ int CHelmsmanManage::submitBatch(std::vector<tagBrokerOrder>& orders, bool confi
     }
     sendBatch(orders, algo);
     return 1;
+}
+
+// ---- The single algorithmic execution centre --------------------------------------------
+
+void CHelmsmanManage::setAlgoCentreFactory(AlgoCentreFactory factory) {
+    m_algoCentreFactory = std::move(factory);
+}
+
+IAlgoCentre* CHelmsmanManage::algoCentre() {
+    if (!m_algoCentre && m_algoCentreFactory) m_algoCentre = m_algoCentreFactory();
+    return m_algoCentre;
+}
+
+void CHelmsmanManage::algoCentreGone(IAlgoCentre* centre) {
+    if (m_algoCentre == centre) m_algoCentre = nullptr;
+}
+
+bool CHelmsmanManage::openAlgoCentre() {
+    IAlgoCentre* centre = algoCentre();
+    if (!centre) return false;
+    centre->showCentre();
+    return true;
+}
+
+bool CHelmsmanManage::handToAlgo(const std::vector<tagBrokerOrder>& orders,
+                                 const tagAlgoSetting& algo) {
+    IAlgoCentre* centre = algoCentre();
+    if (!centre) return m_ui->handToAlgoCentre(orders, algo);
+    return centre->addAlgoOrders(orders, algo) == static_cast<int>(orders.size());
 }
 
 // ---- The single local trigger centre -----------------------------------------------------
