@@ -10,14 +10,6 @@
 #include "app/helmsman_manage.h"
 #include "spread/template_store.h"
 
-namespace {
-
-std::shared_ptr<CAlgoOrder> asOrder(const std::shared_ptr<void>& p) {
-    return std::static_pointer_cast<CAlgoOrder>(p);
-}
-
-}  // namespace
-
 CAlgoEngine::CAlgoEngine(CHelmsmanManage& manager, std::filesystem::path file)
     : m_manager(manager),
       m_host(manager.facade()),
@@ -41,26 +33,39 @@ std::recursive_mutex& CAlgoEngine::mutex() const {
 
 std::shared_ptr<CAlgoOrder> CAlgoEngine::add(const tagBrokerOrder& order,
                                              const tagAlgoSetting& setting, bool running) {
+    std::lock_guard lock(mutex());
+    auto o = addLocked(order, setting, running);
+    if (o) {
+        changed();
+        saveLocked();
+    }
+    return o;
+}
+
+std::shared_ptr<CAlgoOrder> CAlgoEngine::addLocked(const tagBrokerOrder& order,
+                                                   const tagAlgoSetting& setting, bool running) {
     if (!m_host || !(order.dVolume >= 1 - 1e-9)) return nullptr;
     if (order.nDirection != kDirBuy && order.nDirection != kDirSell) return nullptr;
     IModuleFutureTrader::ISpecDetailValue detail;
     const tagSymbol symbol{static_cast<std::uint16_t>(order.nExchangeID), order.strCode};
     if (symbol.empty() || !m_host->GetSymbolProperty(symbol, detail)) return nullptr;
-    std::lock_guard lock(mutex());
     auto o = std::make_shared<CAlgoOrder>(m_nextSerial++, order, setting, detail);
     o->m_nMinAutoKPPos = m_manager.settings().nMinAutoKPPos;
     insert(o);
     if (running) o->start(basePrice(*o), m_manager.clock().nowMs());
-    changed();
-    saveLocked();
     return o;
 }
 
 int CAlgoEngine::addOrders(const std::vector<tagBrokerOrder>& orders,
                            const tagAlgoSetting& setting, bool running) {
+    std::lock_guard lock(mutex());
     int n = 0;
     for (const auto& o : orders)
-        if (add(o, setting, running)) ++n;
+        if (addLocked(o, setting, running)) ++n;
+    if (n > 0) {
+        changed();
+        saveLocked();
+    }
     return n;
 }
 
@@ -68,6 +73,16 @@ void CAlgoEngine::insert(const std::shared_ptr<CAlgoOrder>& o) {
     m_manager.entries()[CHelmsmanManage::mapKey(o->m_nSerial, o->m_symbol.strCode)] = o;
     m_bySerial[o->m_nSerial] = o;
     m_nextSerial = std::max(m_nextSerial, o->m_nSerial + 1);
+    rebuildStepList();
+}
+
+void CAlgoEngine::rebuildStepList() {
+    m_stepList.clear();
+    for (auto& [key, entry] : m_manager.entries()) {
+        auto* o = static_cast<CAlgoOrder*>(entry.get());
+        const auto it = m_bySerial.find(o->m_nSerial);
+        if (it != m_bySerial.end() && it->second.get() == o) m_stepList.push_back(o);
+    }
 }
 
 double CAlgoEngine::basePrice(const CAlgoOrder& o) {
@@ -85,8 +100,7 @@ void CAlgoEngine::pass() {
     std::lock_guard lock(mutex());
     const std::uint64_t tick = m_manager.clock().tickCount();
     const std::int64_t nowMs = m_manager.clock().nowMs();
-    for (auto& [key, entry] : m_manager.entries())
-        stepOrder(*static_cast<CAlgoOrder*>(entry.get()), tick, nowMs);
+    for (CAlgoOrder* o : m_stepList) stepOrder(*o, tick, nowMs);
     m_passes.fetch_add(1);
 }
 
@@ -151,10 +165,7 @@ void CAlgoEngine::sendSlice(CAlgoOrder& o, std::uint64_t tick, std::int64_t nowM
         ahead.m_dSliceFilled = 0;
         ahead.m_nState = kAlgoSending;
         std::vector<const CAlgoOrder*> list;
-        for (auto& [key, entry] : m_manager.entries()) {
-            const auto* p = static_cast<const CAlgoOrder*>(entry.get());
-            list.push_back(p == &o ? &ahead : p);
-        }
+        for (const CAlgoOrder* p : m_stepList) list.push_back(p == &o ? &ahead : p);
         template_file_detail::writeFileBytes(m_file, algo_file::compose(list));
     }
     const double remainingBefore = o.remaining();
@@ -323,17 +334,15 @@ std::shared_ptr<CAlgoOrder> CAlgoEngine::find(int serial) const {
 std::vector<std::shared_ptr<CAlgoOrder>> CAlgoEngine::orders() const {
     std::lock_guard lock(mutex());
     std::vector<std::shared_ptr<CAlgoOrder>> out;
-    for (auto& [key, entry] : m_manager.entries()) out.push_back(asOrder(entry));
+    for (const CAlgoOrder* o : m_stepList) out.push_back(m_bySerial.at(o->m_nSerial));
     return out;
 }
 
 std::vector<CAlgoOrder> CAlgoEngine::snapshot() const {
     std::lock_guard lock(mutex());
     std::vector<CAlgoOrder> out;
-    for (auto& [key, entry] : m_manager.entries()) {
-        const auto* o = static_cast<const CAlgoOrder*>(entry.get());
+    for (const CAlgoOrder* o : m_stepList)
         if (o->m_nRun != kRunDeleted) out.push_back(*o);
-    }
     std::sort(out.begin(), out.end(),
               [](const CAlgoOrder& a, const CAlgoOrder& b) { return a.m_nSerial < b.m_nSerial; });
     return out;
@@ -347,9 +356,7 @@ FileWriteResult CAlgoEngine::save() {
 }
 
 FileWriteResult CAlgoEngine::saveLocked() {
-    std::vector<const CAlgoOrder*> list;
-    for (auto& [key, entry] : m_manager.entries())
-        list.push_back(static_cast<const CAlgoOrder*>(entry.get()));
+    const std::vector<const CAlgoOrder*> list(m_stepList.begin(), m_stepList.end());
     m_dirty = false;
     return template_file_detail::writeFileBytes(m_file, algo_file::compose(list));
 }
@@ -366,6 +373,7 @@ int CAlgoEngine::load() {
     for (auto& [serial, o] : m_bySerial)
         m_manager.entries().erase(CHelmsmanManage::mapKey(serial, o->m_symbol.strCode));
     m_bySerial.clear();
+    m_stepList.clear();
     int n = 0;
     const std::uint64_t tick = m_manager.clock().tickCount();
     for (CAlgoOrder& o : loaded) {

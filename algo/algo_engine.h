@@ -60,7 +60,7 @@ public:
     // host knows no contract for it. Running orders take their base price now.
     std::shared_ptr<CAlgoOrder> add(const tagBrokerOrder& order, const tagAlgoSetting& setting,
                                     bool running);
-    // Adds each order; returns how many were taken.
+    // Adds each order (one save for all); returns how many were taken.
     int addOrders(const std::vector<tagBrokerOrder>& orders, const tagAlgoSetting& setting,
                   bool running);
 
@@ -106,6 +106,8 @@ public:
     void drainJournal();
 
 private:
+    std::shared_ptr<CAlgoOrder> addLocked(const tagBrokerOrder& order,
+                                          const tagAlgoSetting& setting, bool running);
     void stepOrder(CAlgoOrder& o, std::uint64_t tick, std::int64_t nowMs);
     void sendSlice(CAlgoOrder& o, std::uint64_t tick, std::int64_t nowMs);
     // Asks the host about the slice (query or search); cancels when it should. `mayCancel`
@@ -124,6 +126,9 @@ private:
     int m_nextSerial = 1;
     // The orders this engine put in the map, by number.
     std::unordered_map<int, std::shared_ptr<CAlgoOrder>> m_bySerial;
+    // The map's orders in key order, for the pass; rebuilt when the map changes.
+    std::vector<CAlgoOrder*> m_stepList;
+    void rebuildStepList();
     std::atomic<std::uint64_t> m_passes{0};
     std::atomic<std::uint64_t> m_revision{0};
     bool m_dirty = false;

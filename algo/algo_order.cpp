@@ -94,7 +94,8 @@ std::int64_t sessionMsBetween(int exchangeId, std::int64_t fromMs, std::int64_t 
 
 CAlgoOrder::CAlgoOrder(int serial, const tagBrokerOrder& order, const tagAlgoSetting& setting,
                        const IModuleFutureTrader::ISpecDetailValue& detail)
-    : m_nSerial(serial),
+    : m_dTotal(std::floor(order.dVolume + kVolEps)),
+      m_nSerial(serial),
       m_setting(setting),
       m_strAccountID(order.strAccountID),
       m_strBrokerID(order.strBrokerID),
@@ -106,7 +107,6 @@ CAlgoOrder::CAlgoOrder(int serial, const tagBrokerOrder& order, const tagAlgoSet
       m_nOpenClose(order.nOpenClose),
       m_nHedge(order.nHedge),
       m_dOrderPrice(order.dPrice),
-      m_dTotal(std::floor(order.dVolume + kVolEps)),
       m_strMessage(algo_text::kMsgCreated) {}
 
 double CAlgoOrder::tick() const {

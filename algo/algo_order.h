@@ -148,6 +148,20 @@ public:
     const char* runText() const;
 
     // ---- Data (public for the file format and the views) --------------------------------
+    // What every pass reads comes first, so a pass over many orders touches little memory.
+    int m_nRun = kRunPaused;
+    int m_nState = kAlgoNormal;
+    bool m_bSliceOpen = false;
+    bool m_bNeedsLookup = false;  // the slice's fate is unknown: ask the host before sending
+    double m_dTotal = 0;
+    double m_dDoneFilled = 0;  // filled by slices that are over
+    double m_dSliceFilled = 0;
+    // Timing, in tick-count ms of this process (-1: long ago).
+    std::int64_t m_tSend = -1;
+    std::int64_t m_nIntervalMs = 0;
+    std::int64_t m_tCancel = -1;
+    std::string m_strSliceID;  // the slice now out, as the host names it ("" : not known)
+
     int m_nSerial = 0;
     tagAlgoSetting m_setting;
     std::string m_strAccountID;
@@ -161,25 +175,12 @@ public:
     std::int32_t m_nHedge = kSpeculation;
     std::int32_t m_nMinAutoKPPos = 2;  // the automatic open/close choice's position floor
     double m_dOrderPrice = 0;          // the price the parent order came with
-    double m_dTotal = 0;
-    double m_dDoneFilled = 0;  // filled by slices that are over
     double m_dBasePrice = 0;
     std::int64_t m_tStartMs = 0;  // calendar ms of the first start (0: never started)
     int m_nPacing = kPaceNormal;
-    int m_nRun = kRunPaused;
-    int m_nState = kAlgoNormal;
-    // The slice now out.
-    bool m_bSliceOpen = false;
-    bool m_bNeedsLookup = false;  // the slice's fate is unknown: ask the host before sending
     int m_nSliceNo = 0;
-    std::string m_strSliceID;
     double m_dSliceVolume = 0;
-    double m_dSliceFilled = 0;
     double m_dSlicePrice = 0;
-    // Timing, in tick-count ms of this process (-1: long ago).
-    std::int64_t m_tSend = -1;
-    std::int64_t m_nIntervalMs = 0;
-    std::int64_t m_tCancel = -1;
     std::string m_strMessage;
     int m_nLastStatus = -1;  // the host's status of the slice at the last query
     int m_nSeenRank = 0;     // how far in its life the slice was last seen (see isStale)
