@@ -167,16 +167,20 @@ tagAlgoSetting loadAlgoDefault(const std::filesystem::path& profile) {
     return s;
 }
 
+void writeAlgoDefault(CProfileIni& ini, const tagAlgoSetting& s) {
+    for (const SettingKey& k : kKeys) {
+        char buf[16];
+        std::snprintf(buf, sizeof buf, "%d", s.*k.field);
+        ini.writeString(kAlgoDefaultSection, k.key, buf);
+    }
+}
+
 FileWriteResult saveAlgoDefault(const std::filesystem::path& profile, const tagAlgoSetting& s) {
     return replaceFileLocked(
         profile, [&](const std::filesystem::path& target) -> std::optional<std::string> {
             CProfileIni ini;
             if (ini.load(target) == CProfileIni::LoadResult::Unreadable) return std::nullopt;
-            for (const SettingKey& k : kKeys) {
-                char buf[16];
-                std::snprintf(buf, sizeof buf, "%d", s.*k.field);
-                ini.writeString(kAlgoDefaultSection, k.key, buf);
-            }
+            writeAlgoDefault(ini, s);
             return ini.bytes();
         });
 }

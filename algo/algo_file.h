@@ -26,6 +26,7 @@
 #include "app/file_replace.h"
 
 class CArchiveReader;
+class CProfileIni;
 class CArchiveWriter;
 
 namespace algo_file {
@@ -40,6 +41,8 @@ std::vector<CAlgoOrder> parse(std::string_view bytes, bool* complete = nullptr);
 inline constexpr const char* kAlgoDefaultSection = "AlgoDefault";
 // The defaults new orders take (absent keys give the block's defaults).
 tagAlgoSetting loadAlgoDefault(const std::filesystem::path& profile);
+// Every key of the section, written with "%d".
+void writeAlgoDefault(CProfileIni& ini, const tagAlgoSetting& s);
 FileWriteResult saveAlgoDefault(const std::filesystem::path& profile, const tagAlgoSetting& s);
 // Keeps each value in the range its control allows (the price offset -10..10, percentages
 // 0..100, sizes and times at least their minimum).

@@ -510,12 +510,12 @@ const char* CAlgoOrder::stateText() const {
 const char* CAlgoOrder::runText() const {
     switch (m_nRun) {
         case kRunRunning:
-            return algo_text::kRunRunning;
+            return algo_text::kRunTextRunning;
         case kRunCancelled:
-            return algo_text::kRunCancelled;
+            return algo_text::kRunTextCancelled;
         case kRunDeleted:
-            return algo_text::kRunDeleted;
+            return algo_text::kRunTextDeleted;
         default:
-            return algo_text::kRunPaused;
+            return algo_text::kRunTextPaused;
     }
 }

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "algo/ui/algo_centre_window.h"
+#include "algo/ui/algo_setting_dialog.h"
 #include "app/helmsman_manage.h"
 #include "app/ui/qt_prompter.h"
 #include "app/ui/trade_option_page.h"
@@ -49,7 +51,8 @@ QtModuleUi& qtUi() {
 constexpr std::string_view kAvailable[] = {
     "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange", "OpenHelmsman",
     "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",    "OpenLocalTrigger",
-    "OpenRobotLauncher", "OpenStopTrigger",  "HelmsmanModifyOrder",
+    "OpenRobotLauncher", "OpenStopTrigger",  "HelmsmanModifyOrder",      "OpenAlgoSet",
+    "OpenAlgoCentre",
 };
 
 }  // namespace
@@ -64,6 +67,9 @@ void InitHelmsman(std::uint32_t hParent, CSubscibeManage* facade, const char* ro
             manager().setUi(&qtUi());
             manager().init(hParent, facade, text(rootDir), text(userName), hostValue);
             manager().setLocalTriggerFactory([] { return new LocalTriggerWindow(manager()); });
+            manager().setAlgoCentreFactory([] { return new AlgoCentreWindow(manager()); });
+            manager().setAlgoSettingEditor(
+                [](tagAlgoSetting& block) { return editAlgoSettingModal(block, manager()); });
             window_placement::adoptHostWindow(hParent);
             return 0;
         },
@@ -135,7 +141,30 @@ int OpenAMTOrder() { return 0; }
 int FilledOrderStatistics() { return 0; }
 int OpenFastExitAll() { return 0; }
 int OpenFastDeleteAll() { return 0; }
-int OpenAlgoSet(tagAlgoSetting*, int) { return 0; }
+int OpenAlgoSet(tagAlgoSetting* block, int mode) {
+    if (!block) return 0;
+    return guarded(
+        [&] {
+            if (!manager().initialised()) return 0;
+            if (mode == 0) {
+                tagAlgoSetting copy = *block;
+                if (!manager().editAlgoSetting(copy)) return 0;
+                *block = copy;
+                return 1;
+            }
+            if (mode != 1) return 0;
+            IAlgoCentre* centre = manager().algoCentre();
+            if (!centre) return 0;
+            centre->setDefaultSetting(*block);
+            centre->showCentre();
+            return 1;
+        },
+        0);
+}
+int OpenAlgoCentre() {
+    return guarded([] { return manager().initialised() && manager().openAlgoCentre() ? 1 : 0; },
+                   0);
+}
 int OpenRobotLauncher() {
     return guarded([] { return openRobotLauncher() ? 1 : 0; }, 0);
 }
