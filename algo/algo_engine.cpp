@@ -269,7 +269,7 @@ bool CAlgoEngine::start(int serial) {
 bool CAlgoEngine::pause(int serial) {
     std::lock_guard lock(mutex());
     const auto o = find(serial);
-    if (!o || o->m_nRun != kRunRunning) return false;
+    if (!o || o->m_nRun != kRunRunning || o->finished()) return false;
     o->pause();
     changed();
     saveLocked();

@@ -508,6 +508,7 @@ const char* CAlgoOrder::stateText() const {
 }
 
 const char* CAlgoOrder::runText() const {
+    if (finished() && !m_bSliceOpen && m_nRun != kRunDeleted) return "";
     switch (m_nRun) {
         case kRunRunning:
             return algo_text::kRunTextRunning;

@@ -50,8 +50,8 @@ inline constexpr const char* kJournalReason = "算法单第%d笔：剩余%d手�
 // ---- The centre (the single algorithmic execution centre) -------------------------------
 inline constexpr const char* kCentreCaption = "算法交易中心";
 inline constexpr const char* kCentreColumns =
-    "编号,40;帐户,80;商品,70;买卖,40;开平,48;总量,50;成交,50;进度,50;节奏,44;状态,70;运行,56;"
-    "当前分笔,96;最后消息,240;";
+    "编号,28;帐户,52;商品,48;买卖,28;开平,32;总量,34;成交,34;进度,34;节奏,30;状态,46;运行,40;"
+    "当前分笔,64;最后消息,180;";
 inline constexpr const char* kCentreListName = "AlgoCentre";
 inline constexpr const char* kBtnNew = "新建算法单";
 inline constexpr const char* kBtnStart = "启动";

@@ -84,7 +84,7 @@ AlgoCentreWindow::AlgoCentreWindow(CHelmsmanManage& manager, QWidget* parent, bo
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(buttons);
     layout->addWidget(m_list, 1);
-    resize(1040, 360);
+    resize(1120, 380);
 
     m_engine->load();
     rebuild();
