@@ -96,16 +96,6 @@ TEST(AlgoMachine, EveryTransition) {
     }
 }
 
-TEST(AlgoMachine, TheLastFillFinishesTheOrder) {
-    CAlgoOrder o = withSlice(kAlgoQueued);
-    o.m_dTotal = 10;
-    EXPECT_FALSE(o.finished());
-    o.onNotification(rec(kOrderFilled, 5));
-    EXPECT_TRUE(o.finished());
-    EXPECT_STREQ(o.stateText(), "已完成");
-    EXPECT_EQ(o.step(1'000'000), AlgoAction::None);
-}
-
 TEST(AlgoMachine, StepByState) {
     struct Case {
         const char* what;
