@@ -166,7 +166,17 @@ void CAlgoEngine::sendSlice(CAlgoOrder& o, std::uint64_t tick, std::int64_t nowM
         ahead.m_nState = kAlgoSending;
         std::vector<const CAlgoOrder*> list;
         for (const CAlgoOrder* p : m_stepList) list.push_back(p == &o ? &ahead : p);
-        template_file_detail::writeFileBytes(m_file, algo_file::compose(list));
+        // A slice that could not be recorded is not sent: a restart could send it twice.
+        if (const FileWriteResult w =
+                template_file_detail::writeFileBytes(m_file, algo_file::compose(list));
+            !w) {
+            const std::string message = algo_text::kMsgCannotSave + w.reason;
+            if (o.m_strMessage != message) {
+                o.m_strMessage = message;
+                changed();
+            }
+            return;
+        }
     }
     const double remainingBefore = o.remaining();
     slice.strOrderID.clear();

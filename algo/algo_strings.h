@@ -38,6 +38,7 @@ inline constexpr const char* kMsgBlocked = "价格超出止损/限价范围，�
 inline constexpr const char* kMsgRestored = "已恢复，分笔已向主机核对";
 inline constexpr const char* kMsgLookupFailed = "等待主机核对第%d笔";
 inline constexpr const char* kMsgCreated = "已创建";
+inline constexpr const char* kMsgCannotSave = "无法保存算法单文件，暂不发送：";
 
 // The tag every slice carries in its remark: order number and slice number.
 inline constexpr const char* kSliceTagPrefix = "算法|";

@@ -236,6 +236,17 @@ TEST_F(EngineTest, ReloadNeverDoublesASlice) {
     }
 }
 
+TEST_F(EngineTest, NoSliceGoesOutThatCannotBeRecorded) {
+    TempDir dir("algo-unsaved");
+    const auto file = dir / "algoOrders.dat";
+    std::filesystem::create_directories(file);  // a folder where the file should be
+    CAlgoEngine blocked(manager, file);
+    auto o = blocked.add(parent(10), lots(3), true);
+    blocked.pass();
+    EXPECT_TRUE(host.sent.empty());
+    EXPECT_EQ(o->m_strMessage.rfind("无法保存算法单文件，暂不发送：", 0), 0u) << o->m_strMessage;
+}
+
 TEST(AlgoFile, RoundTripAndDamagedFiles) {
     tagAlgoSetting s;
     s.nPriceType = -3;
