@@ -61,6 +61,8 @@ HELMSMAN_API int FilledOrderStatistics();
 HELMSMAN_API int OpenFastExitAll();
 HELMSMAN_API int OpenFastDeleteAll();
 HELMSMAN_API int OpenAlgoSet(tagAlgoSetting* block, int mode);
+// Shows the single algorithmic execution centre (built on first use).
+HELMSMAN_API int OpenAlgoCentre();
 // The robot launcher, from which the strategy robots are opened (one launcher; a second
 // call shows it).
 HELMSMAN_API int OpenRobotLauncher();

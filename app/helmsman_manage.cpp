@@ -136,7 +136,7 @@ bool CHelmsmanManage::routesToAlgo(const tagBrokerOrder& order,
 int CHelmsmanManage::sendOrder(tagBrokerOrder& order, const tagAlgoSetting* algo,
                                 const SendContext& how) {
     if (routesToAlgo(order, algo)) {
-        const int r = m_ui->handToAlgoCentre({order}, *algo) ? 1 : 0;
+        const int r = handToAlgo({order}, *algo) ? 1 : 0;
         recordSent(order, r, true, how);
         return r;
     }
@@ -157,7 +157,7 @@ void CHelmsmanManage::sendBatch(std::vector<tagBrokerOrder>& orders, const tagAl
         }
     }
     if (toAlgo.empty()) return;
-    const int r = m_ui->handToAlgoCentre(toAlgo, *algo) ? 1 : 0;
+    const int r = handToAlgo(toAlgo, *algo) ? 1 : 0;
     for (const auto& order : toAlgo) recordSent(order, r, true, how);
 }
 
@@ -201,6 +201,35 @@ int CHelmsmanManage::submitBatch(std::vector<tagBrokerOrder>& orders, bool confi
     }
     sendBatch(orders, algo, how);
     return 1;
+}
+
+// ---- The single algorithmic execution centre --------------------------------------------
+
+void CHelmsmanManage::setAlgoCentreFactory(AlgoCentreFactory factory) {
+    m_algoCentreFactory = std::move(factory);
+}
+
+IAlgoCentre* CHelmsmanManage::algoCentre() {
+    if (!m_algoCentre && m_algoCentreFactory) m_algoCentre = m_algoCentreFactory();
+    return m_algoCentre;
+}
+
+void CHelmsmanManage::algoCentreGone(IAlgoCentre* centre) {
+    if (m_algoCentre == centre) m_algoCentre = nullptr;
+}
+
+bool CHelmsmanManage::openAlgoCentre() {
+    IAlgoCentre* centre = algoCentre();
+    if (!centre) return false;
+    centre->showCentre();
+    return true;
+}
+
+bool CHelmsmanManage::handToAlgo(const std::vector<tagBrokerOrder>& orders,
+                                 const tagAlgoSetting& algo) {
+    IAlgoCentre* centre = algoCentre();
+    if (!centre) return m_ui->handToAlgoCentre(orders, algo);
+    return centre->addAlgoOrders(orders, algo) == static_cast<int>(orders.size());
 }
 
 // ---- The single local trigger centre -----------------------------------------------------

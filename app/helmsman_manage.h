@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "algo/algo_setting.h"
+#include "app/algo_centre.h"
 #include "app/local_trigger_centre.h"
 #include "app/module_ui.h"
 #include "app/order_journal.h"
@@ -147,6 +148,27 @@ public:
     // Shows the centre, building it first if needed. False when it cannot be built.
     bool openLocalTrigger();
 
+    // ---- The single algorithmic execution centre --------------------------------------
+    // Built on first use (an order routed to it, OpenAlgoSet mode 1, the menu) and kept for
+    // the process: it lives with its window and says so when it goes (algoCentreGone).
+    using AlgoCentreFactory = std::function<IAlgoCentre*()>;
+    void setAlgoCentreFactory(AlgoCentreFactory factory);
+    // The centre, built hidden on first use; nullptr when no factory is installed.
+    IAlgoCentre* algoCentre();
+    void algoCentreGone(IAlgoCentre* centre);
+    // Shows the centre, building it first if needed. False when it cannot be built.
+    bool openAlgoCentre();
+    // Hands orders to the centre; without one the UI says that nothing was sent. True when
+    // every order was taken.
+    bool handToAlgo(const std::vector<tagBrokerOrder>& orders, const tagAlgoSetting& algo);
+    // The modal algorithm settings dialog on `block` (true when the user confirmed and the
+    // block was changed); false with no editor installed.
+    using AlgoSettingEditor = std::function<bool(tagAlgoSetting&)>;
+    void setAlgoSettingEditor(AlgoSettingEditor editor) { m_algoSettingEditor = std::move(editor); }
+    bool editAlgoSetting(tagAlgoSetting& block) {
+        return m_algoSettingEditor && m_algoSettingEditor(block);
+    }
+
     // ---- Settings --------------------------------------------------------------------
     const HelmsmanSettings& settings() const { return m_settings; }
     std::filesystem::path profilePath() const { return userFile("Profile.ini"); }
@@ -187,6 +209,9 @@ private:
 
     LocalTriggerFactory m_localTriggerFactory;
     ILocalTriggerCentre* m_localTrigger = nullptr;
+    AlgoCentreFactory m_algoCentreFactory;
+    IAlgoCentre* m_algoCentre = nullptr;
+    AlgoSettingEditor m_algoSettingEditor;
 
     std::recursive_mutex m_mapMutex;
     std::map<std::string, std::shared_ptr<void>> m_entries;

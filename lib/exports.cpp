@@ -9,6 +9,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "algo/ui/algo_centre_window.h"
+#include "algo/ui/algo_setting_dialog.h"
 #include "amt/ui/amt_order_window.h"
 #include "app/helmsman_manage.h"
 #include "app/ui/qt_prompter.h"
@@ -67,7 +69,7 @@ constexpr std::string_view kAvailable[] = {
     "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange", "OpenHelmsman",
     "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",    "OpenLocalTrigger",
     "OpenRobotLauncher", "OpenStopTrigger",  "HelmsmanModifyOrder", "OpenAMTOrder",
-    "OpenOrderJournal",
+    "OpenOrderJournal",  "OpenAlgoSet",      "OpenAlgoCentre",
 };
 
 }  // namespace
@@ -91,6 +93,9 @@ void InitHelmsman(std::uint32_t hParent, CSubscibeManage* facade, const char* ro
                 if (!j.notice.empty()) std::fprintf(stderr, "%s\n", j.notice.c_str());
             }
             manager().setJournal(j.journal.get());
+            manager().setAlgoCentreFactory([] { return new AlgoCentreWindow(manager()); });
+            manager().setAlgoSettingEditor(
+                [](tagAlgoSetting& block) { return editAlgoSettingModal(block, manager()); });
             window_placement::adoptHostWindow(hParent);
             return 0;
         },
@@ -164,7 +169,30 @@ int OpenAMTOrder() {
 int FilledOrderStatistics() { return 0; }
 int OpenFastExitAll() { return 0; }
 int OpenFastDeleteAll() { return 0; }
-int OpenAlgoSet(tagAlgoSetting*, int) { return 0; }
+int OpenAlgoSet(tagAlgoSetting* block, int mode) {
+    if (!block) return 0;
+    return guarded(
+        [&] {
+            if (!manager().initialised()) return 0;
+            if (mode == 0) {
+                tagAlgoSetting copy = *block;
+                if (!manager().editAlgoSetting(copy)) return 0;
+                *block = copy;
+                return 1;
+            }
+            if (mode != 1) return 0;
+            IAlgoCentre* centre = manager().algoCentre();
+            if (!centre) return 0;
+            centre->setDefaultSetting(*block);
+            centre->showCentre();
+            return 1;
+        },
+        0);
+}
+int OpenAlgoCentre() {
+    return guarded([] { return manager().initialised() && manager().openAlgoCentre() ? 1 : 0; },
+                   0);
+}
 int OpenRobotLauncher() {
     return guarded([] { return openRobotLauncher() ? 1 : 0; }, 0);
 }

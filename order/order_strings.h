@@ -105,7 +105,6 @@ inline constexpr const char* kCheckAlgo = "算法交易";
 inline constexpr const char* kButtonAlgoSettings = "算法设置...";
 inline constexpr const char* kButtonBuy = "买入";
 inline constexpr const char* kButtonSell = "卖出";
-inline constexpr const char* kAlgoSettingsPending = "算法设置窗口尚未开放";
 
 // Short labels of the tool buttons whose tool tips are the menu entries above.
 inline constexpr const char* kToolChart = "图表";

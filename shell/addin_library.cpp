@@ -27,6 +27,7 @@ const std::vector<AddinTool>& addinTools() {
         {"OpenAMTOrder", t::kToolOpenAMTOrder, N::Nothing, true},
         {"FilledOrderStatistics", t::kToolFilledOrderStatistics, N::Nothing, false},
         {"OpenAlgoSet", t::kToolOpenAlgoSet, N::AlgoBlock, false},
+        {"OpenAlgoCentre", t::kToolOpenAlgoCentre, N::Nothing, true},
     };
     return tools;
 }

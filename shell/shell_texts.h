@@ -135,6 +135,7 @@ inline constexpr const char* kToolFilledOrderStatistics = "成交统计";
 inline constexpr const char* kToolOpenFastExitAll = "一键全平";
 inline constexpr const char* kToolOpenFastDeleteAll = "一键全撤";
 inline constexpr const char* kToolOpenAlgoSet = "算法交易设置";
+inline constexpr const char* kToolOpenAlgoCentre = "算法交易中心";
 
 // Status bar.
 inline constexpr const char* kStatusMarketTime = "市场时间 %1";

@@ -13,6 +13,7 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include "app/helmsman_manage.h"
 #include "host/codes.h"
 #include "order/order_strings.h"
 #include "order/ui/order_ticket_window.h"
@@ -63,9 +64,6 @@ QWidget* OrderTicketWindow::buildImmediatePage() {
     m_algo->setObjectName("algo");
     m_algoSettings = new QPushButton(q(tx::kButtonAlgoSettings), page);
     m_algoSettings->setObjectName("algoSettings");
-    // The algorithm settings window is not built yet; the ticket's block keeps its defaults.
-    m_algoSettings->setEnabled(false);
-    m_algoSettings->setToolTip(q(tx::kAlgoSettingsPending));
     m_buy = new QPushButton(q(tx::kButtonBuy), page);
     m_buy->setObjectName("buy");
     m_sell = new QPushButton(q(tx::kButtonSell), page);
@@ -163,6 +161,9 @@ QWidget* OrderTicketWindow::buildImmediatePage() {
             [this] { m_core->normalOrder().toggleAutoStopLoss(); });
     connect(m_profitAuto, &QPushButton::clicked, this,
             [this] { m_core->normalOrder().toggleAutoTakeProfit(); });
+    // The ticket's own algorithm block, edited in the algo settings dialog.
+    connect(m_algoSettings, &QPushButton::clicked, this,
+            [this] { m_manage.editAlgoSetting(m_core->algoSetting()); });
     connect(m_buy, &QPushButton::clicked, this, [this] { send(kDirBuy); });
     connect(m_sell, &QPushButton::clicked, this, [this] { send(kDirSell); });
     return page;

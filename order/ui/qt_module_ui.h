@@ -5,8 +5,9 @@
 //
 // No host window exists in this process, so windows are top-level; a modal confirmation is
 // parented to the active window (normally the ticket that asked) so it opens over it.
-// Algorithmic execution has no centre yet: handing orders to it tells the trader, through the
-// manager's prompter, that those orders were not sent, and answers false.
+// Orders for algorithmic execution go to the manager's algo centre; only when none can be
+// built does handing them over come here, which tells the trader, through the manager's
+// prompter, that those orders were not sent, and answers false.
 //
 // One instance lives as long as the library (the exports install it into the manager); it
 // owns the fill notice. UI thread only.
