@@ -12,8 +12,9 @@ namespace t = grid_text;
 
 namespace {
 
-bool sameSymbol(const IModuleFutureTrader::ITickEx& tick, const tagSymbol& s) {
-    return !s.empty() && tick.wExchangeID == s.wExchangeID && tick.strCode == s.strCode;
+bool sameSymbol(const IModuleFutureTrader::ITickEx& tick, std::uint16_t exchange,
+                const std::string& code) {
+    return !code.empty() && tick.wExchangeID == exchange && tick.strCode == code;
 }
 
 GridQuote toQuote(const IModuleFutureTrader::ITickEx& tick) {
@@ -44,10 +45,9 @@ CGridsSpread::~CGridsSpread() {
     m_manager.releaseHandle(m_handle);
 }
 
-std::string CGridsSpread::caption() const {
+std::string CGridsSpread::captionOf(const GridsSpreadSettings& s) {
     char text[96];
-    std::snprintf(text, sizeof text, t::kCaptionFormat, m_settings.nSpreadLots1,
-                  m_settings.nSpreadLots2);
+    std::snprintf(text, sizeof text, t::kCaptionFormat, s.nSpreadLots1, s.nSpreadLots2);
     return text;
 }
 
@@ -187,7 +187,7 @@ void CGridsSpread::onQuote(const IModuleFutureTrader::ITickEx& tick) {
     bool fresh = false;
     // The host may deliver one quote both to the registered windows and to the subscribed
     // handle: a repeat of the same quote is taken once.
-    if (sameSymbol(tick, m_settings.symbolA())) {
+    if (sameSymbol(tick, m_settings.wExchangeID1, m_settings.szSymbolCode1)) {
         const GridQuote q = toQuote(tick);
         if (tick.tQuoteTime != m_timeA || !sameQuote(q, m_quoteA)) {
             m_quoteA = q;
@@ -196,7 +196,7 @@ void CGridsSpread::onQuote(const IModuleFutureTrader::ITickEx& tick) {
             fresh = true;
         }
     }
-    if (sameSymbol(tick, m_settings.symbolB())) {
+    if (sameSymbol(tick, m_settings.wExchangeID2, m_settings.szSymbolCode2)) {
         const GridQuote q = toQuote(tick);
         if (tick.tQuoteTime != m_timeB || !sameQuote(q, m_quoteB)) {
             m_quoteB = q;
@@ -228,7 +228,19 @@ void CGridsSpread::timerPass() {
     if (m_closing) return;
     lookUp(m_open);
     lookUp(m_close);
+    lookUpNewestA();
     decide();
+}
+
+void CGridsSpread::lookUpNewestA() {
+    CSubscibeManage* host = m_manager.facade();
+    const std::int64_t now = m_manager.clock().nowMs();
+    if (!host || !newestAWorking() || now < m_nextEntryLookupMs) return;
+    m_nextEntryLookupMs = now + static_cast<std::int64_t>(kLookupMs);
+    tagBrokerOrder record;
+    if (host->GetOrder(record, m_settings.strAccountID1, m_settings.strBrokerID1,
+                       m_entries.back().aOrderId) == 1)
+        learnLateFill(record);
 }
 
 void CGridsSpread::lookUp(Pair& p) {
@@ -271,6 +283,7 @@ void CGridsSpread::stepPair(Pair& p) {
     switch (p.leg.state()) {
         case kLegIdle: {
             if (!m_running || m_manager.clock().nowMs() < p.retryAtMs) return;
+            if (!p.opening && newestAWorking()) return;
             const GridPlan pl = plan(p);
             if (pl.send()) placeB(p, pl);
             return;

@@ -14,6 +14,8 @@
 //            that has partly filled is left to fill
 //   state 4  B filled: hit A at once, whether or not the robot is running
 //   state 6  A at the exchange: book the entry (open: append; close: remove the newest)
+// The newest entry is not closed while its A order still works at the exchange: there is no
+// A position to close until it fills.
 // Timer passes also look up an order a leg has heard nothing about for a while, so a lost
 // notification never leaves a leg stuck, and a late fill of A completes its entry's price.
 //
@@ -56,7 +58,8 @@ class CHelmsmanManage;
 struct GridEntry {
     double bFill = 0;  // B's fill price (0 unknown)
     double aFill = 0;  // A's fill price (0 unknown)
-    std::string aTag;  // A's order, so a fill reported late still completes aFill
+    std::string aTag;  // A's order while it works, so a fill reported late completes aFill
+    std::string aOrderId;
     bool bRepriced = false;  // B rested at more than one price before it filled
     std::int64_t openedMs = 0;
 };
@@ -87,7 +90,8 @@ public:
 
     WndHandle handle() const { return m_handle; }
     // "价差格[公式:%dA-%dB]" with the two ratios.
-    std::string caption() const;
+    std::string caption() const { return captionOf(m_settings); }
+    static std::string captionOf(const GridsSpreadSettings& s);
 
     // ---- Settings ---------------------------------------------------------------------
     const GridsSpreadSettings& settings() const { return m_settings; }
@@ -163,6 +167,8 @@ private:
     void onRefused(Pair& p);
     void lookUp(Pair& p);
     void learnLateFill(const tagBrokerOrder& record);
+    bool newestAWorking() const;
+    void lookUpNewestA();
     void sendOrder(Pair& p, tagBrokerOrder& order, std::string tag, std::string reason,
                    std::vector<JournalFigure> figures);
     tagBrokerOrder makeOrder(bool legA, std::int32_t direction, double price, bool closing);
@@ -191,5 +197,6 @@ private:
     bool m_running = false;
     bool m_closing = false;
     bool m_deciding = false;
+    std::int64_t m_nextEntryLookupMs = 0;
     std::function<void(unsigned)> m_changed;
 };

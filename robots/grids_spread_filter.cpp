@@ -47,7 +47,7 @@ GridTrend CGridFilter::feed(double cumulativeVolume, double last) {
     slot = {volume, last, volume * last};
     m_sumVolume += slot.volume;
     m_sumTurnover += slot.turnover;
-    m_head = (m_head + 1) % m_ring.size();
+    if (++m_head == m_ring.size()) m_head = 0;
     if (++m_sinceResum >= m_ring.size()) resum();
 
     m_state = GridTrend::Flat;

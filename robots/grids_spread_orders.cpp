@@ -144,7 +144,10 @@ void CGridsSpread::afterStep(Pair& p, std::int32_t from, const tagBrokerOrder& r
         p.booked.bRepriced = p.repriced;
         hitA(p);  // at once: the spread is only as good as the speed of the second leg
     } else if (from == 5 && to == 6) {
-        p.booked.aFill = record.nStatus == kOrderFilled ? fillPrice(record) : 0;
+        const bool filled = record.nStatus == kOrderFilled;
+        p.booked.aFill = filled ? fillPrice(record) : 0;
+        p.booked.aOrderId = p.leg.orderId();
+        if (filled) p.booked.aTag.clear();
         book(p);
     } else if (onB && to == kLegIdle) {
         p.partFilled = false;
@@ -176,20 +179,28 @@ void CGridsSpread::book(Pair& p) {
 }
 
 // An A order booked while only acknowledged: its fill, when it comes, completes the price.
+// An A order that ends without filling is no longer waited for (the trader settles it).
 void CGridsSpread::learnLateFill(const tagBrokerOrder& record) {
-    if (record.nStatus != kOrderFilled) return;
+    const std::int32_t st = record.nStatus;
+    const bool ended = st == kOrderCancelled || st == kOrderRejected ||
+                       st == kOrderPartCancelled || st == kOrderExpired;
+    if (st != kOrderFilled && !ended) return;
     auto complete = [&](GridEntry& e) {
-        if (!e.aTag.empty() && tagMatches(record.strRemark, e.aTag)) {
-            e.aFill = fillPrice(record);
-            notify(kGridChangeState);
-            return true;
-        }
-        return false;
+        if (e.aTag.empty() || !tagMatches(record.strRemark, e.aTag)) return false;
+        if (st == kOrderFilled) e.aFill = fillPrice(record);
+        e.aTag.clear();
+        notify(kGridChangeState);
+        decide();
+        return true;
     };
     for (auto it = m_entries.rbegin(); it != m_entries.rend(); ++it)
         if (complete(*it)) return;
     for (auto it = m_roundTrips.rbegin(); it != m_roundTrips.rend(); ++it)
         if (complete(it->open) || complete(it->exit)) return;
+}
+
+bool CGridsSpread::newestAWorking() const {
+    return !m_entries.empty() && !m_entries.back().aTag.empty();
 }
 
 // ---- The trader's hand -----------------------------------------------------------------------
@@ -199,7 +210,11 @@ bool CGridsSpread::overridePosition(int count) {
     m_manager.prompter().inform(t::kPrompt, t::kManualPosition);
     const auto n = static_cast<std::size_t>(count);
     if (n < m_entries.size()) m_entries.resize(n);
-    while (m_entries.size() < n) m_entries.push_back({0, 0, {}, false, m_manager.clock().nowMs()});
+    while (m_entries.size() < n) {
+        GridEntry e;
+        e.openedMs = m_manager.clock().nowMs();
+        m_entries.push_back(std::move(e));
+    }
     m_open.leg.intervene();
     m_close.leg.intervene();
     notify(kGridChangeState);

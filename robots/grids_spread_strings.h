@@ -33,9 +33,10 @@ inline constexpr const char* kPause = "暂停";
 inline constexpr const char* kBuySpread = "买价差";
 inline constexpr const char* kSellSpread = "卖价差";
 inline constexpr const char* kTemplate = "模板";
-inline constexpr const char* kOpenPair = "开仓:";
-inline constexpr const char* kClosePair = "平仓:";
-inline constexpr const char* kFilterState = "过滤:";
+inline constexpr const char* kOpenPair = "开仓状态:";
+inline constexpr const char* kClosePair = "平仓状态:";
+inline constexpr const char* kFilterState = "过滤状态:";
+inline constexpr const char* kAccountFormat = "%s(%s)";
 
 // The filter's states.
 inline constexpr const char* kRising = "涨";

@@ -149,12 +149,11 @@ TEST_F(GridRig, OneEntryOpensWithItsTagsAndClosesFiveBetter) {
     EXPECT_EQ(grid->entries()[0].bFill, 4000.0);
     EXPECT_EQ(grid->entries()[0].aFill, 0);
     EXPECT_EQ(openState(), 0);
-    report(1, kOrderFilled, 4000.2);  // the late fill completes the entry
+    quote("A1", 4005.0, 4005.2);      // the exit is there, but A has nothing to close yet
+    EXPECT_EQ(host.sent.size(), 2u);  // and the next level is too far away
+    report(1, kOrderFilled, 4000.2);  // the late fill completes the entry; closing follows:
     EXPECT_NEAR(grid->entries()[0].aFill, 4000.2, 1e-9);
-    EXPECT_EQ(host.sent.size(), 2u);  // the next level and the exit are too far away
-
-    quote("A1", 4005.0, 4005.2);  // closing: buy B at 4005.0 - 5
-    ASSERT_EQ(host.sent.size(), 3u);
+    ASSERT_EQ(host.sent.size(), 3u);  // buy B at 4005.0 - 5
     EXPECT_EQ(host.sent[2].nDirection, kDirBuy);
     EXPECT_EQ(host.sent[2].dPrice, 4000.0);
     EXPECT_EQ(host.sent[2].nOpenClose, kClose);
