@@ -118,8 +118,8 @@ bool CGridsSpread::start() {
         return false;
     }
     IModuleFutureTrader::ISpecDetailValue detailA, detailB;
-    if (s.symbolA().empty() || s.symbolB().empty() || s.nSpreadLots1 < 1 ||
-        s.nSpreadLots2 < 1 || host->GetSymbolProperty(s.symbolA(), detailA) != 1 ||
+    if (s.symbolA().empty() || s.symbolB().empty() || s.nSpreadLots1 < 1 || s.nSpreadLots2 < 1 ||
+        host->GetSymbolProperty(s.symbolA(), detailA) != 1 ||
         host->GetSymbolProperty(s.symbolB(), detailB) != 1) {
         prompter.inform(t::kPrompt, t::kNoSymbols);
         return false;
@@ -293,7 +293,8 @@ void CGridsSpread::stepPair(Pair& p) {
             // part of an entry without its A.
             if (!m_running || p.partFilled) return;
             CSubscibeManage* host = m_manager.facade();
-            if (host && !keepResting(plan(p), p.leg.price(), m_tickB, m_settings.nMonitorThreshold)) {
+            if (host &&
+                !keepResting(plan(p), p.leg.price(), m_tickB, m_settings.nMonitorThreshold)) {
                 p.leg.cancel(*host);
                 notify(kGridChangeState);
             }

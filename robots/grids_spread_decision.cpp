@@ -33,8 +33,8 @@ GridBlock applyBRules(std::int32_t direction, double& p, const GridQuote& b, con
 }
 
 // B's price for target spread `target` against A's reference, rounded for B's direction.
-double bPrice(const GridsSpreadSettings& s, double reference, double target,
-              std::int32_t direction, const GridTick& t) {
+double bPrice(const GridsSpreadSettings& s, double reference, double target, std::int32_t direction,
+              const GridTick& t) {
     const double raw = (s.nSpreadLots1 * reference - target) / s.nSpreadLots2;
     return direction == kDirBuy ? price::roundBuy(raw, t.minMove, t.unit)
                                 : price::roundSell(raw, t.minMove, t.unit);
@@ -81,7 +81,8 @@ GridPlan planOpening(const GridsSpreadSettings& s, std::size_t entries, const Gr
         plan.block = GridBlock::NoQuoteB;
         return plan;
     }
-    plan.levelIndex = static_cast<int>(entries / static_cast<std::size_t>(std::max(1, s.nGridLots)));
+    plan.levelIndex =
+        static_cast<int>(entries / static_cast<std::size_t>(std::max(1, s.nGridLots)));
     const bool sell = s.bLong == 0;
     plan.level = sell ? s.dFirstGrid + plan.levelIndex * s.dGridInterval
                       : s.dFirstGrid - plan.levelIndex * s.dGridInterval;

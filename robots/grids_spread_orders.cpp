@@ -70,8 +70,8 @@ std::int32_t CGridsSpread::closeFlag(const tagBrokerOrder& order) {
     return today >= order.dVolume ? kCloseToday : kClose;
 }
 
-void CGridsSpread::sendOrder(Pair& p, tagBrokerOrder& order, std::string tag,
-                             std::string reason, std::vector<JournalFigure> figures) {
+void CGridsSpread::sendOrder(Pair& p, tagBrokerOrder& order, std::string tag, std::string reason,
+                             std::vector<JournalFigure> figures) {
     int result = 0;
     const OrderSubmit submit = [this, &result](tagBrokerOrder& o) {
         result = m_manager.submitOrder(o, false, t::kToolName, nullptr);
@@ -182,8 +182,8 @@ void CGridsSpread::book(Pair& p) {
 // An A order that ends without filling is no longer waited for (the trader settles it).
 void CGridsSpread::learnLateFill(const tagBrokerOrder& record) {
     const std::int32_t st = record.nStatus;
-    const bool ended = st == kOrderCancelled || st == kOrderRejected ||
-                       st == kOrderPartCancelled || st == kOrderExpired;
+    const bool ended = st == kOrderCancelled || st == kOrderRejected || st == kOrderPartCancelled ||
+                       st == kOrderExpired;
     if (st != kOrderFilled && !ended) return;
     auto complete = [&](GridEntry& e) {
         if (e.aTag.empty() || !tagMatches(record.strRemark, e.aTag)) return false;

@@ -25,9 +25,12 @@ struct TextKey {
 };
 
 // In the order of the template file (after the instruments).
-constexpr IntKey kLots[] = {{"nSpreadLots1", &S::nSpreadLots1}, {"nSpreadLots2", &S::nSpreadLots2},
-                            {"bLong", &S::bLong},               {"nEveryLots", &S::nEveryLots},
-                            {"nMaxLots", &S::nMaxLots},         {"nGridLots", &S::nGridLots}};
+constexpr IntKey kLots[] = {{"nSpreadLots1", &S::nSpreadLots1},
+                            {"nSpreadLots2", &S::nSpreadLots2},
+                            {"bLong", &S::bLong},
+                            {"nEveryLots", &S::nEveryLots},
+                            {"nMaxLots", &S::nMaxLots},
+                            {"nGridLots", &S::nGridLots}};
 constexpr RealKey kReals[] = {{"dFirstGrid", &S::dFirstGrid},
                               {"dGridInterval", &S::dGridInterval},
                               {"dWinGrid", &S::dWinGrid}};

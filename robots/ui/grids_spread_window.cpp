@@ -61,7 +61,9 @@ QString symbolKey(std::uint16_t exchange, const std::string& code) {
 }  // namespace
 
 GridsSpreadWindow::GridsSpreadWindow(CHelmsmanManage& manager, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_manager(manager), m_core(std::make_unique<CGridsSpread>(manager)) {
+    : QWidget(parent, Qt::Window),
+      m_manager(manager),
+      m_core(std::make_unique<CGridsSpread>(manager)) {
     setObjectName("GridsSpreadWindow");
     setAttribute(Qt::WA_DeleteOnClose);
     buildControls();
@@ -145,10 +147,10 @@ void GridsSpreadWindow::buildControls() {
 
     auto* settings = new QGridLayout;
     const std::pair<const char*, QWidget*> cells[] = {
-        {t::kEveryLots, m_everyLots},   {t::kFirstGrid, m_firstGrid},
-        {t::kMaxLots, m_maxLots},       {t::kGridInterval, m_interval},
-        {t::kGridLots, m_gridLots},     {t::kWinGrid, m_winGrid},
-        {t::kMonitorEdge, m_edge},      {t::kMonitorThreshold, m_threshold},
+        {t::kEveryLots, m_everyLots}, {t::kFirstGrid, m_firstGrid},
+        {t::kMaxLots, m_maxLots},     {t::kGridInterval, m_interval},
+        {t::kGridLots, m_gridLots},   {t::kWinGrid, m_winGrid},
+        {t::kMonitorEdge, m_edge},    {t::kMonitorThreshold, m_threshold},
         {t::kFixupOffset, m_fixup},
     };
     int i = 0;
@@ -336,8 +338,8 @@ void GridsSpreadWindow::showDetails() {
 }
 
 void GridsSpreadWindow::setEditable(bool on) {
-    for (QWidget* w : std::initializer_list<QWidget*>{
-             m_accountA, m_accountB, m_symbolA, m_symbolB, m_direction, m_template})
+    for (QWidget* w : std::initializer_list<QWidget*>{m_accountA, m_accountB, m_symbolA, m_symbolB,
+                                                      m_direction, m_template})
         w->setEnabled(on);
     for (QSpinBox* b : {m_lotsA, m_lotsB, m_everyLots, m_maxLots, m_gridLots, m_edge, m_threshold,
                         m_fixup, m_filterLength, m_filterOffset})

@@ -97,9 +97,7 @@ struct GridSession : testing::Test {
             if (o.strRemark.find(leg) != std::string::npos) ++n;
         return n;
     }
-    bool idle() const {
-        return grid->openPair().state() == 0 && grid->closePair().state() == 0;
-    }
+    bool idle() const { return grid->openPair().state() == 0 && grid->closePair().state() == 0; }
     // One market round and the robot's timer.
     void round() {
         clock.advanceMs(CGridsSpread::kTimerMs);

@@ -1,6 +1,8 @@
 // The grid spread robot on a hand-written host: its orders and tags through one whole
 // cycle, the audit journal, the start refusals, pausing in every state, the trader's
 // position figure, the close question and the settings' two stores.
+#include "robots/grids_spread.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -8,7 +10,6 @@
 
 #include "app/helmsman_manage.h"
 #include "app/profile_ini.h"
-#include "robots/grids_spread.h"
 #include "spread/template_store.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
@@ -190,11 +191,7 @@ TEST_F(GridRig, StartRefusesWithItsReason) {
          "请先登录交易帐户！"},
         {"every lots", [](GridsSpreadSettings& s) { s.nEveryLots = 0; },
          "单笔数量和最大仓位必须大于等于1，请重新设置数量！"},
-        {"max lots", [](GridsSpreadSettings& s) { s.nMaxLots = 0; },
-         "单笔数量和最大仓位必须大于等于1，请重新设置数量！"},
         {"edge", [](GridsSpreadSettings& s) { s.nMonitorEdge = 0; },
-         "监控边界和撤单阈值必须大于等于1，请重新设置数量！"},
-        {"threshold", [](GridsSpreadSettings& s) { s.nMonitorThreshold = 0; },
          "监控边界和撤单阈值必须大于等于1，请重新设置数量！"},
     };
     for (const Case& c : cases) {

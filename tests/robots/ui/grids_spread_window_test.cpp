@@ -84,8 +84,7 @@ TEST(GridsSpreadWindow, RunsARobotFromItsControls) {
     }
     EXPECT_GT(w->core().closedCount(), 0);
     EXPECT_TRUE(prompter.boxes.empty()) << prompter.lastText();
-    EXPECT_EQ(w->closedCount()->text(),
-              QString::fromUtf8("平仓:%1").arg(w->core().closedCount()));
+    EXPECT_EQ(w->closedCount()->text(), QString::fromUtf8("平仓:%1").arg(w->core().closedCount()));
     EXPECT_EQ(w->position()->value(), static_cast<int>(w->core().entries().size()));
     EXPECT_EQ(w->openStatus()->text().toStdString(), w->core().pairStatus(true));
     const QString trend = w->filterState()->text();
