@@ -54,7 +54,11 @@ std::string CGridsSpread::captionOf(const GridsSpreadSettings& s) {
 // ---- Settings --------------------------------------------------------------------------------
 
 bool CGridsSpread::setSettings(const GridsSpreadSettings& s) {
-    if (m_running) return false;
+    // A pair still waiting on an order finishes it with the instruments it was sent for.
+    auto busy = [](const CLeg& leg) {
+        return leg.state() != kLegIdle && leg.state() != kLegParked;
+    };
+    if (m_running || busy(m_open.leg) || busy(m_close.leg)) return false;
     m_settings = s;
     readContracts();
     follow();

@@ -95,7 +95,8 @@ public:
 
     // ---- Settings ---------------------------------------------------------------------
     const GridsSpreadSettings& settings() const { return m_settings; }
-    // Takes new settings (refused while running); follows the quotes of the new legs.
+    // Takes new settings (refused while running or while a pair waits on an order); follows
+    // the quotes of the new legs.
     bool setSettings(const GridsSpreadSettings& s);
 
     // ---- Running ----------------------------------------------------------------------
