@@ -155,6 +155,7 @@ private:
         bool repriced = false;          // this cycle's B was cancelled and placed anew
         GridEntry booked;               // prices of this cycle so far
         std::int64_t retryAtMs = 0;     // after a refusal, no new B before this time
+        int refusals = 0;               // in a row: each doubles the wait, up to a minute
     };
 
     void readContracts();

@@ -12,9 +12,11 @@ namespace t = grid_text;
 
 namespace {
 
-// After a refusal a pair waits this long before it places B again, so a host that refuses
-// everything is not asked on every quote.
+// After a refusal a pair waits before it places B again, so a host that refuses everything
+// (no funds, a closed market) is not asked on every quote: a second, doubled with every
+// further refusal in a row, up to a minute.
 constexpr std::int64_t kRetryMs = 1000;
+constexpr std::int64_t kRetryMaxMs = 60000;
 
 std::string printfInt(const char* format, int v) {
     char text[128];
@@ -139,6 +141,7 @@ void CGridsSpread::afterStep(Pair& p, std::int32_t from, const tagBrokerOrder& r
     const std::int32_t to = p.leg.state();
     const bool onB = from >= 1 && from <= 3;
     if (onB && record.nStatus == kOrderPartFilled) p.partFilled = true;
+    if (from == 1 && (to == 2 || to == 4)) p.refusals = 0;
     if (onB && to == 4) {
         p.booked.bFill = record.nStatus == kOrderFilled ? fillPrice(record) : p.leg.price();
         p.booked.bRepriced = p.repriced;
@@ -159,7 +162,9 @@ void CGridsSpread::afterStep(Pair& p, std::int32_t from, const tagBrokerOrder& r
 }
 
 void CGridsSpread::onRefused(Pair& p) {
-    p.retryAtMs = m_manager.clock().nowMs() + kRetryMs;
+    const std::int64_t wait = std::min(kRetryMaxMs, kRetryMs << std::min(p.refusals, 6));
+    ++p.refusals;
+    p.retryAtMs = m_manager.clock().nowMs() + wait;
 }
 
 void CGridsSpread::book(Pair& p) {

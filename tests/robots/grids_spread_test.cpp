@@ -181,6 +181,22 @@ TEST_F(GridRig, RestingBFollowsTheMarketOnlyBeyondTheThreshold) {
     EXPECT_NE(host.sent[1].strRemark, host.sent[0].strRemark);
 }
 
+TEST_F(GridRig, AHostThatRefusesIsAskedLessAndLessOften) {
+    host.sendOrderResult = 0;
+    ASSERT_TRUE(grid->start());
+    // Milliseconds since the start, and the orders sent by then: waits of 1 s, 2 s, 4 s.
+    const std::pair<int, std::size_t> steps[] = {{999, 1},  {1000, 2}, {2999, 2},
+                                                 {3000, 3}, {6999, 3}, {7000, 4}};
+    int at = 0;
+    for (const auto& [ms, sent] : steps) {
+        clock.advanceMs(ms - at);
+        at = ms;
+        grid->timerPass();
+        EXPECT_EQ(host.sent.size(), sent) << ms;
+    }
+    EXPECT_EQ(openState(), 0);
+}
+
 TEST_F(GridRig, StartRefusesWithItsReason) {
     struct Case {
         const char* what;
