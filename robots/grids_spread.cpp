@@ -142,7 +142,9 @@ bool CGridsSpread::pause() {
     if (!m_running) return true;
     for (const Pair* p : {&m_open, &m_close}) {
         const std::int32_t st = p->leg.state();
-        if (st == 1 || st == 3 || st == 4) {
+        // A B order that has traded in part is between states too: cancelling its rest would
+        // leave the traded part without its A.
+        if (st == 1 || st == 3 || st == 4 || (st == 2 && p->partFilled)) {
             m_manager.prompter().inform(t::kPrompt, t::kCannotPause);
             return false;
         }

@@ -20,7 +20,8 @@
 // notification never leaves a leg stuck, and a late fill of A completes its entry's price.
 //
 // Pausing cancels a resting B through its leg, so a fill that races the cancel is still
-// booked and its A still hit; the robot sends nothing new until started again.
+// booked and its A still hit; the robot sends nothing new until started again. A pair between
+// states (B sent, cancelling, filled, or a B that has traded in part) refuses the pause.
 //
 // Every order is recorded in the manager's audit journal with the reason and its figures.
 //

@@ -247,6 +247,25 @@ TEST_F(GridRig, PauseInEveryState) {
     }
 }
 
+TEST_F(GridRig, APartlyFilledBIsLeftToFillAndHoldsThePause) {
+    grid->setSettings([] {
+        GridsSpreadSettings s = baseSettings();
+        s.nEveryLots = 2;
+        return s;
+    }());
+    driveTo(2);
+    tagBrokerOrder part = host.sent[0];
+    part.nStatus = kOrderPartFilled;
+    part.dFilledVolume = 1;
+    grid->onOrder(kEventOrderChanged, &part);
+    quote("A1", 4000.0, 4000.4);  // two ticks away: a whole order would be pulled
+    EXPECT_TRUE(host.callsStartingWith("DeleteOrder").empty());
+    EXPECT_FALSE(grid->pause());
+    report(0, kOrderFilled, 4000.0);
+    EXPECT_EQ(openState(), 5);
+    EXPECT_EQ(host.sent[1].dVolume, 2);
+}
+
 TEST_F(GridRig, PausedRobotStillHitsAForAFillThatBeatTheCancel) {
     driveTo(2);
     ASSERT_TRUE(grid->pause());
