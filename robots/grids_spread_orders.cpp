@@ -149,7 +149,6 @@ void CGridsSpread::afterStep(Pair& p, std::int32_t from, const tagBrokerOrder& r
     } else if (from == 5 && to == 6) {
         const bool filled = record.nStatus == kOrderFilled;
         p.booked.aFill = filled ? fillPrice(record) : 0;
-        p.booked.aOrderId = p.leg.orderId();
         if (filled) p.booked.aTag.clear();
         book(p);
     } else if (onB && to == kLegIdle) {
@@ -169,6 +168,7 @@ void CGridsSpread::onRefused(Pair& p) {
 
 void CGridsSpread::book(Pair& p) {
     GridEntry done = p.booked;
+    done.aOrderId = p.leg.orderId();
     done.openedMs = m_manager.clock().nowMs();
     if (p.opening) {
         m_entries.push_back(std::move(done));
