@@ -192,6 +192,8 @@ std::size_t SimExchange::Impl::send(tagBrokerOrder& in) {
         --rejectN;
         injected = rejectReason;
     }
+    // An injected reject comes after the checks, which froze what the order needs.
+    if (!injected.empty()) releaseHold(oi);
     Order& ord = orders[oi];
     if (reason || !injected.empty()) {
         ord.o.nStatus = kOrderRejected;

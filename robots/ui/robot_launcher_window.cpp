@@ -11,6 +11,7 @@
 #include "app/helmsman_manage.h"
 #include "app/ui/window_placement.h"
 #include "robots/robot_strings.h"
+#include "robots/ui/grids_spread_window.h"
 
 namespace t = robot_text;
 
@@ -79,8 +80,11 @@ void RobotLauncherWindow::updateButton() {
 RobotLauncherWindow* openRobotLauncher() {
     static QPointer<RobotLauncherWindow> launcher;
     if (!launcher) {
-        launcher =
-            new RobotLauncherWindow(CHelmsmanManage::instance(), window_placement::hostWindow());
+        std::vector<RobotEntry> robots = CRobotLauncher::standardRobots();
+        for (RobotEntry& r : robots)
+            if (r.name == t::kGridSpreadName) r.open = openGridsSpread;
+        launcher = new RobotLauncherWindow(CHelmsmanManage::instance(),
+                                           window_placement::hostWindow(), std::move(robots));
         launcher->setAttribute(Qt::WA_DeleteOnClose);
         window_placement::placeCentred(launcher);
     }

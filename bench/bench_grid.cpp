@@ -1,0 +1,124 @@
+// The grid spread's decision step per quote while its B order rests: the quote is taken, A's
+// filter is fed and both pairs decide (the opening pair re-prices its resting B and keeps
+// it, the closing pair has nothing to close). Reported with the heap allocations per quote,
+// which must be none. Once called directly, once through the manager's event fan-out.
+#include <benchmark/benchmark.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <ctime>
+#include <new>
+
+#include "app/helmsman_manage.h"
+#include "robots/grids_spread.h"
+#include "support/fake_host.h"
+#include "support/quote_builders.h"
+
+// The replaced operators pair malloc with free on purpose; GCC cannot see that they match.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+#endif
+
+namespace {
+std::atomic<std::uint64_t> g_allocations{0};
+}
+
+void* operator new(std::size_t size) {
+    g_allocations.fetch_add(1, std::memory_order_relaxed);
+    if (void* p = std::malloc(size ? size : 1)) return p;
+    throw std::bad_alloc();
+}
+void operator delete(void* p) noexcept {
+    std::free(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+    std::free(p);
+}
+
+namespace {
+
+std::int64_t tenOClockMs() {
+    std::tm tm{};
+    tm.tm_year = 121;
+    tm.tm_mday = 4;
+    tm.tm_hour = 10;
+    tm.tm_isdst = -1;
+    return fromLocalTm(tm) * 1000;
+}
+
+IModuleFutureTrader::ITickEx tick(const char* code, double bid, double ask) {
+    IModuleFutureTrader::ITickEx t = TickBuilder(3, code).bid(bid, 5).ask(ask, 5).last(bid);
+    t.dVolume = 1000;
+    t.tQuoteTime = 1;
+    return t;
+}
+
+// A running grid whose opening B rests at the exchange.
+struct Desk {
+    FakeHost host;
+    ManualClock clock{tenOClockMs()};
+    CHelmsmanManage manager;
+    std::unique_ptr<CGridsSpread> grid;
+
+    Desk() {
+        host.accounts = {FakeHost::account("880001", "9999", "一"),
+                         FakeHost::account("880002", "9999", "二")};
+        host.details["IF2101"] = contractDetail(0.2f, 1, 300);
+        host.details["IH2101"] = contractDetail(0.2f, 1, 300);
+        host.quotes["IF2101"] = tick("IF2101", 5216.0, 5216.2);
+        host.quotes["IH2101"] = tick("IH2101", 3645.4, 3645.6);
+        manager.setClock(&clock);
+        manager.init(1, &host, "/nonexistent-helmsman-bench", "demo", 0);
+        grid = std::make_unique<CGridsSpread>(manager);
+        GridsSpreadSettings s;
+        s.wExchangeID1 = s.wExchangeID2 = 3;
+        s.szSymbolCode1 = "IF2101";
+        s.szSymbolCode2 = "IH2101";
+        s.dFirstGrid = 1570.6;  // B rests at 5216.2 - 1570.6 = 3645.6
+        s.nMaxLots = 5;
+        s.nFilterLength = 300;
+        s.strAccountID1 = "880001";
+        s.strAccountID2 = "880002";
+        s.strBrokerID1 = s.strBrokerID2 = "9999";
+        grid->setSettings(s);
+        grid->start();
+        tagBrokerOrder queued = host.sent.at(0);
+        queued.nStatus = kOrderQueued;
+        grid->onOrder(kEventOrderChanged, &queued);
+        manager.registerWindow(grid->handle());
+        if (grid->openPair().state() != 2) std::abort();
+    }
+};
+
+// Quotes of A that move the volume and the time but leave B's price where it rests.
+void run(benchmark::State& state, bool throughManager) {
+    Desk desk;
+    IModuleFutureTrader::ITickEx a = tick("IF2101", 5216.0, 5216.2);
+    std::uint64_t quotes = 0;
+    const std::uint64_t before = g_allocations.load();
+    for (auto _ : state) {
+        a.tQuoteTime += 500;
+        a.dVolume += 3;
+        if (throughManager)
+            desk.manager.dataChange(kEventQuote, reinterpret_cast<std::uintptr_t>(&a));
+        else
+            desk.grid->onQuote(a);
+        ++quotes;
+    }
+    const std::uint64_t allocations = g_allocations.load() - before;
+    if (desk.host.sent.size() != 1 || desk.grid->openPair().state() != 2) std::abort();
+    state.counters["allocs/quote"] =
+        benchmark::Counter(static_cast<double>(allocations) / static_cast<double>(quotes));
+}
+
+void BM_GridQuoteRestingB(benchmark::State& state) {
+    run(state, false);
+}
+void BM_GridQuoteThroughManager(benchmark::State& state) {
+    run(state, true);
+}
+
+}  // namespace
+
+BENCHMARK(BM_GridQuoteRestingB);
+BENCHMARK(BM_GridQuoteThroughManager);
