@@ -16,6 +16,8 @@
 #include "order/ui/order_ticket_window.h"
 #include "order/ui/qt_module_ui.h"
 #include "order/ui/stop_trigger_dialog.h"
+#include "robots/robot_strings.h"
+#include "robots/ui/blader_window.h"
 #include "robots/ui/robot_launcher_window.h"
 #include "trigger/ui/local_trigger_window.h"
 
@@ -64,6 +66,7 @@ void InitHelmsman(std::uint32_t hParent, CSubscibeManage* facade, const char* ro
             manager().setUi(&qtUi());
             manager().init(hParent, facade, text(rootDir), text(userName), hostValue);
             manager().setLocalTriggerFactory([] { return new LocalTriggerWindow(manager()); });
+            CRobotLauncher::attachFactory(robot_text::kBladerName, openBladerWindow);
             window_placement::adoptHostWindow(hParent);
             return 0;
         },
