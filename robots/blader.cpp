@@ -402,10 +402,19 @@ void CBlader::stepClose(std::uint64_t now) {
     if (state != kLegIdle || m_held < 1 || now < m_retryAt[1]) return;
     double price = 0;
     if (m_timeUp) {
-        price = isLong ? m_bid : m_ask;
-        if (!isPricePresent(price)) return;
-        price = isLong ? price::roundSell(price, m_minMove, m_priceUnit)
-                       : price::roundBuy(price, m_minMove, m_priceUnit);
+        // The opposite best with an allowance, so a market that moves on while the order
+        // travels still fills it (the exchange fills at the best price there is), never
+        // beyond the limit price.
+        const double allowance = blader::kExitAllowanceTicks * m_tick;
+        if (isLong) {
+            if (!isPricePresent(m_bid)) return;
+            price = price::roundSell(m_bid - allowance, m_minMove, m_priceUnit);
+            if (isPricePresent(m_lower)) price = std::max(price, m_lower);
+        } else {
+            if (!isPricePresent(m_ask)) return;
+            price = price::roundBuy(m_ask + allowance, m_minMove, m_priceUnit);
+            if (isPricePresent(m_upper)) price = std::min(price, m_upper);
+        }
     } else {
         if (!isPricePresent(m_base)) return;
         price = ladder().closePrice(m_base, m_held);

@@ -18,8 +18,9 @@
 // the new rung once the cancel is confirmed.
 //
 // Time limit: nTimeExit seconds (> 0) after the first entry the robot stops adding, cancels a
-// resting entry, and closes what it holds lot by lot at the opposite best quote (following
-// it down or up while an order rests). Once flat, both legs stop in 99 ("出错或时间到") and
+// resting entry, and closes what it holds lot by lot at the opposite best quote with an
+// allowance of 10 ticks, within the limit price (placed anew should the quote run past a
+// resting order). Once flat, both legs stop in 99 ("出错或时间到") and
 // the robot stops; a start begins afresh.
 //
 // A leg whose order the host refused (at once or by notification) waits before it sends
@@ -57,6 +58,8 @@ namespace blader {
 
 // Ticks between a limit price and the last price inside which no entry opens.
 inline constexpr int kLimitGuardTicks = 20;
+// Ticks beyond the opposite best at which a time-up close is priced.
+inline constexpr int kExitAllowanceTicks = 10;
 
 // The ladder's arithmetic for one side and one instrument.
 struct Ladder {

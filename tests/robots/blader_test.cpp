@@ -216,13 +216,14 @@ TEST_F(Rig, TimeUpClosesAtTheQuoteFollowsItAndStops) {
     EXPECT_EQ(deletes(), 2);  // both resting orders go
     notify(2, kOrderCancelled);
     notify(1, kOrderCancelled);
-    expectSent(host, 3, {{kDirSell, kClose, 4999.8}});  // at the bid
-    EXPECT_EQ(host.sent.size(), 4u);                      // and no entry any more
+    expectSent(host, 3, {{kDirSell, kClose, 4997.8}});  // 10 ticks under the bid, no entry
     notify(3, kOrderQueued);
-    quote(4999.0, 4998.8, 4999.2);  // the bid falls away from the resting sell
+    quote(4998.0, 4997.8, 4998.2);  // still reaches the bid
+    EXPECT_EQ(robot->closeLeg().state(), 6);
+    quote(4996.0, 4995.8, 4996.2);  // the bid has run past it
     EXPECT_EQ(robot->closeLeg().state(), 7);
     notify(3, kOrderCancelled);
-    expectSent(host, 4, {{kDirSell, kClose, 4998.8}});
+    expectSent(host, 4, {{kDirSell, kClose, 4993.8}});
     notify(4, kOrderFilled);
 
     EXPECT_EQ(robot->held(), 0);
