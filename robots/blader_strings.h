@@ -22,6 +22,8 @@ inline constexpr const char* kChooseSymbol = "请先选择有效的交易商品�
 inline constexpr const char* kPauseBusy = "委托状态正在变化，请稍后再暂停！";
 
 // The window.
+inline constexpr const char* kSettingsGroup = "参数";
+inline constexpr const char* kRunningGroup = "运行";
 inline constexpr const char* kAccount = "帐户";
 inline constexpr const char* kSymbol = "商品";
 inline constexpr const char* kSide = "方向";

@@ -52,7 +52,7 @@ BladerWindow::BladerWindow(CHelmsmanManage& manager, QWidget* parent)
     setObjectName("BladerWindow");
 
     // ---- Settings -----------------------------------------------------------------------
-    auto* settings = new QGroupBox(this);
+    auto* settings = new QGroupBox(u8(t::kSettingsGroup), this);
     auto* form = new QGridLayout(settings);
     m_account = new QComboBox(settings);
     m_account->setObjectName("account");
@@ -95,7 +95,7 @@ BladerWindow::BladerWindow(CHelmsmanManage& manager, QWidget* parent)
     form->setColumnStretch(3, 1);
 
     // ---- Running ------------------------------------------------------------------------
-    auto* running = new QGroupBox(this);
+    auto* running = new QGroupBox(u8(t::kRunningGroup), this);
     auto* status = new QGridLayout(running);
     m_quote = new QLabel(running);
     m_quote->setObjectName("quote");
