@@ -278,18 +278,6 @@ TEST_F(Rig, PauseWaitsForTheExchangeThenLetsGoButStillBooksALateFill) {
     EXPECT_EQ(host.sent.size(), 1u);  // paused: nothing sent
 }
 
-TEST_F(Rig, LostNotificationsAreLookedUp) {
-    startRunning();
-    host.orders.back().nStatus = kOrderFilled;  // the host filled it and told no one
-    clock.advanceMs(CBlader::kQuietMs - 1);
-    robot->timerStep();
-    EXPECT_EQ(robot->held(), 0);
-    clock.advanceMs(1);
-    robot->timerStep();
-    EXPECT_EQ(robot->held(), 1);
-    EXPECT_EQ(host.sent.size(), 3u);
-}
-
 TEST_F(Rig, StartNeedsALoggedOnAccountAndAKnownInstrument) {
     host.accounts.clear();
     EXPECT_FALSE(robot->start());
@@ -301,32 +289,6 @@ TEST_F(Rig, StartNeedsALoggedOnAccountAndAKnownInstrument) {
     EXPECT_FALSE(robot->start());
     EXPECT_EQ(prompter.lastText(), "请先选择有效的交易商品！");
     EXPECT_TRUE(host.sent.empty());
-}
-
-TEST_F(Rig, NotificationsItDoesNotOwnAreLookedAtAndLeftAlone) {
-    startRunning();
-    tagBrokerOrder foreign = host.sent[0];
-    foreign.strRemark = formatOrderTag({TagPrefix::Dollar, robot->handle() + 1, "te", 1, true});
-    foreign.nStatus = kOrderFilled;
-    EXPECT_EQ(robot->onOrder(&foreign), 1);
-    foreign.strRemark.clear();
-    EXPECT_EQ(robot->onOrder(&foreign), -1);
-    EXPECT_EQ(robot->onOrder(nullptr), -1);
-    EXPECT_EQ(robot->openLeg().state(), 1);
-    robot->close();
-    EXPECT_EQ(notify(0, kOrderFilled), -1);
-    EXPECT_EQ(robot->held(), 0);
-}
-
-TEST_F(Rig, ClosingWhileRunningAsksAndCancelsWhatRests) {
-    startRunning();
-    notify(0, kOrderQueued);
-    EXPECT_FALSE(robot->confirmClose());
-    EXPECT_EQ(prompter.lastText(), "关闭窗体将会终止顺势锤的运行，您确认要退出？");
-    prompter.answers = {true};
-    EXPECT_TRUE(robot->confirmClose());
-    EXPECT_EQ(deletes(), 1);
-    EXPECT_TRUE(robot->closing());
 }
 
 TEST_F(Rig, EveryOrderIsJournalledWithItsRung) {

@@ -93,7 +93,11 @@ TEST(BladerWindow, OpensFromTheLauncherAndRunsOnTheExchange) {
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(prompter.lastText(), "关闭窗体将会终止顺势锤的运行，您确认要退出？");
     prompter.answers = {true};
-    window->close();
+    window->close();  // its resting orders go with it
+    sim.deliverPending();
+    std::vector<tagBrokerOrder> working;
+    sim.GetOpenOrders(working, "880001", "9999", kIF);
+    EXPECT_TRUE(working.empty());
     CRobotLauncher::attachFactory(robot_text::kBladerName, {});
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(manager.registeredWindows().empty());
