@@ -39,7 +39,11 @@ namespace {
 enum class Scene { BothResting, LadderFull, NearLimit };
 
 IModuleFutureTrader::ITickEx tick(double last, double upper = 5500) {
-    return TickBuilder(3, "IF2101").last(last).bid(last - 0.2, 5).ask(last + 0.2, 5).limits(4500, upper);
+    return TickBuilder(3, "IF2101")
+        .last(last)
+        .bid(last - 0.2, 5)
+        .ask(last + 0.2, 5)
+        .limits(4500, upper);
 }
 
 struct Desk {

@@ -22,7 +22,8 @@ double Ladder::entry(double base, std::int32_t k) const {
 
 double Ladder::openPrice(double base, std::int32_t k) const {
     const double p = entry(base, k);
-    return isLong ? price::roundBuy(p, minMove, priceUnit) : price::roundSell(p, minMove, priceUnit);
+    return isLong ? price::roundBuy(p, minMove, priceUnit)
+                  : price::roundSell(p, minMove, priceUnit);
 }
 
 double Ladder::closePrice(double base, std::int32_t n) const {
@@ -164,7 +165,8 @@ void CBlader::setPosition(std::int32_t entries) {
     if (m_held == 0) {
         m_firstEntry = 0;
     } else {
-        if (m_firstEntry == 0) m_firstEntry = std::max<std::uint64_t>(1, m_manager.clock().tickCount());
+        if (m_firstEntry == 0)
+            m_firstEntry = std::max<std::uint64_t>(1, m_manager.clock().tickCount());
         if (!isPricePresent(m_base)) m_base = m_last;
     }
     ++m_revision;
@@ -243,7 +245,8 @@ int CBlader::onOrder(const tagBrokerOrder* record) {
     const std::int32_t open = m_open.state(), close = m_close.state();
     CLeg* legs[] = {&m_open, &m_close};
     CLeg* matched = nullptr;
-    const int result = routeOrderNotification(m_closing, kEventOrderChanged, record, legs, &matched);
+    const int result =
+        routeOrderNotification(m_closing, kEventOrderChanged, record, legs, &matched);
     if (result != 1) return result;
     if (!matched) {
         if (m_released.empty() || !watchReleased(*record)) return 1;
@@ -310,7 +313,8 @@ bool CBlader::watchReleased(const tagBrokerOrder& record) {
         switch (record.nStatus) {
             case kOrderFilled:
                 if (it->opening) {
-                    if (m_held++ == 0) m_firstEntry = std::max<std::uint64_t>(1, m_manager.clock().tickCount());
+                    if (m_held++ == 0)
+                        m_firstEntry = std::max<std::uint64_t>(1, m_manager.clock().tickCount());
                     ++m_opened;
                 } else {
                     if (m_held > 0) --m_held;

@@ -164,7 +164,8 @@ BladerWindow::BladerWindow(CHelmsmanManage& manager, QWidget* parent)
     if (CSubscibeManage* host = manager.facade()) {
         std::vector<tagExchangeInfo> exchanges;
         host->GetAllExchanges(exchanges);
-        for (const tagExchangeInfo& e : exchanges) m_exchange->addItem(u8(e.strName), e.nExchangeID);
+        for (const tagExchangeInfo& e : exchanges)
+            m_exchange->addItem(u8(e.strName), e.nExchangeID);
     }
     tagBladerSetting initial;
     if (!manager.userDir().empty()) initial = loadBladerDefault(CProfileIni(manager.profilePath()));
@@ -291,9 +292,9 @@ void BladerWindow::refresh() {
     m_drawn = m_core.revision();
     setWindowTitle(u8(m_core.caption()));
     const bool running = m_core.running();
-    for (QWidget* w : std::initializer_list<QWidget*>{m_account, m_exchange, m_code, m_long,
-                                                       m_short, m_maxPos, m_grid, m_win,
-                                                       m_timeExit, m_templateButton})
+    for (QWidget* w :
+         std::initializer_list<QWidget*>{m_account, m_exchange, m_code, m_long, m_short, m_maxPos,
+                                         m_grid, m_win, m_timeExit, m_templateButton})
         w->setEnabled(!running);
     m_start->setEnabled(!running);
     m_pause->setEnabled(running);

@@ -88,18 +88,31 @@ TEST_F(Session, BookEqualsTheExchangesPositionThroughRejectsLostDuplicatedAndLat
     double last = 5230.0;
     for (int i = 0; i < 400; ++i) {
         switch (i) {
-            case 20: sim.rejectNextOrders(2); break;
-            case 60: sim.dropNextNotifications(6); break;
-            case 100: sim.duplicateNextNotifications(10); break;
-            case 140: sim.setNotificationDelay(3); break;
-            case 180: sim.setNotificationDelay(0); break;
+            case 20:
+                sim.rejectNextOrders(2);
+                break;
+            case 60:
+                sim.dropNextNotifications(6);
+                break;
+            case 100:
+                sim.duplicateNextNotifications(10);
+                break;
+            case 140:
+                sim.setNotificationDelay(3);
+                break;
+            case 180:
+                sim.setNotificationDelay(0);
+                break;
             case 240:
                 // Paused with orders resting: they are let go of, fills that beat the
                 // cancel are still booked.
                 while (!robot->pause()) round(last);
                 break;
-            case 260: ASSERT_TRUE(robot->start()); break;
-            default: break;
+            case 260:
+                ASSERT_TRUE(robot->start());
+                break;
+            default:
+                break;
         }
         last = 5230.0 + 4.0 * std::sin(i / 9.0) + noise(rng);
         round(last);
