@@ -23,6 +23,8 @@
 #include "order/ui/order_ticket_window.h"
 #include "order/ui/qt_module_ui.h"
 #include "order/ui/stop_trigger_dialog.h"
+#include "robots/robot_strings.h"
+#include "robots/ui/blader_window.h"
 #include "robots/ui/robot_launcher_window.h"
 #include "trigger/ui/local_trigger_window.h"
 
@@ -96,6 +98,7 @@ void InitHelmsman(std::uint32_t hParent, CSubscibeManage* facade, const char* ro
             manager().setAlgoCentreFactory([] { return new AlgoCentreWindow(manager()); });
             manager().setAlgoSettingEditor(
                 [](tagAlgoSetting& block) { return editAlgoSettingModal(block, manager()); });
+            CRobotLauncher::attachFactory(robot_text::kBladerName, openBladerWindow);
             window_placement::adoptHostWindow(hParent);
             return 0;
         },

@@ -98,6 +98,12 @@ bool CLeg::intervene() {
     return true;
 }
 
+bool CLeg::halt() {
+    if (m_state != kLegIdle) return false;
+    m_state = kLegParked;
+    return true;
+}
+
 LegStep CLeg::onOrder(const tagBrokerOrder& record) {
     LegStep step{m_state, m_state, false};
     if (!record.strOrderID.empty()) m_orderId = record.strOrderID;

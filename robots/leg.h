@@ -82,6 +82,8 @@ public:
     bool finishCycle();
     // The user has dealt with a parked leg: back to idle.
     bool intervene();
+    // The robot's own stop (its time is up): an idle leg parks in 99 without a message.
+    bool halt();
 
     // A host notification whose remark is this leg's tag. Messages are shown before the
     // leg parks, as the box is modal.

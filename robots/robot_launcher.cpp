@@ -1,5 +1,7 @@
 #include "robots/robot_launcher.h"
 
+#include <map>
+
 #include "app/helmsman_manage.h"
 #include "robots/robot_strings.h"
 
@@ -13,9 +15,26 @@ WndHandle CRobotLauncher::open(std::size_t index) {
     return h;
 }
 
+namespace {
+
+std::map<std::string, std::function<WndHandle(CHelmsmanManage&)>>& factories() {
+    static std::map<std::string, std::function<WndHandle(CHelmsmanManage&)>> attached;
+    return attached;
+}
+
+}  // namespace
+
+void CRobotLauncher::attachFactory(const std::string& name,
+                                   std::function<WndHandle(CHelmsmanManage&)> factory) {
+    factories()[name] = std::move(factory);
+}
+
 std::vector<RobotEntry> CRobotLauncher::standardRobots() {
-    return {
+    std::vector<RobotEntry> robots = {
         {robot_text::kGridSpreadName, robot_text::kGridSpreadLine, {}},
         {robot_text::kBladerName, robot_text::kBladerLine, {}},
     };
+    for (RobotEntry& r : robots)
+        if (auto it = factories().find(r.name); it != factories().end()) r.open = it->second;
+    return robots;
 }

@@ -37,9 +37,12 @@ public:
     // robot is not available or its window could not be built.
     WndHandle open(std::size_t index);
 
-    // The module's robots, in the launcher's order. Factories are attached as robots are
-    // built.
+    // The module's robots, in the launcher's order, with the factories attached so far.
     static std::vector<RobotEntry> standardRobots();
+    // Makes the robot named `name` openable from launchers built from now on: the windows
+    // library attaches each robot's window factory once, at start-up.
+    static void attachFactory(const std::string& name,
+                              std::function<WndHandle(CHelmsmanManage&)> factory);
 
 private:
     CHelmsmanManage& m_manager;
