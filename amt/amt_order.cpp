@@ -271,7 +271,8 @@ bool CAMTOrder::sendOrder(bool buy, bool open, std::int32_t lots, double px, std
     o.nHedge = p.bHedge ? kHedge : kSpeculation;
     o.strRemark = amt_text::kToolName;
     const bool confirm = m_manager.settings().bShowNormalOrderConfirm != 0;
-    const int r = m_manager.submitOrder(o, confirm, amt_text::kToolName, nullptr);
+    const int r = m_manager.submitOrder(o, confirm, amt_text::kToolName, nullptr,
+                                        CHelmsmanManage::Recorder::Caller);
     if (confirm && r == 0) {
         // Declined: nothing went out. The next order waits like after a sent one.
         m_state.lastOrderMs = nowMs;

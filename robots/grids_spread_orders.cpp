@@ -76,7 +76,8 @@ void CGridsSpread::sendOrder(Pair& p, tagBrokerOrder& order, std::string tag, st
                              std::vector<JournalFigure> figures) {
     int result = 0;
     const OrderSubmit submit = [this, &result](tagBrokerOrder& o) {
-        result = m_manager.submitOrder(o, false, t::kToolName, nullptr);
+        result = m_manager.submitOrder(o, false, t::kToolName, nullptr,
+                                       CHelmsmanManage::Recorder::Caller);
         return result;
     };
     const std::int32_t from = p.leg.state();
