@@ -312,8 +312,8 @@ CManualSpread::SendResult CManualSpread::send(bool buySpread,
     return SendResult::Sent;
 }
 
-void CManualSpread::journal(const std::vector<tagBrokerOrder>& batch, bool buySpread,
-                            double spread, const std::array<double, kLegs>& legPrices) {
+void CManualSpread::journal(const std::vector<tagBrokerOrder>& batch, bool buySpread, double spread,
+                            const std::array<double, kLegs>& legPrices) {
     static constexpr const char* kLegFigures[kLegs] = {"legA", "legB", "legC"};
     JournalEntry entry;
     entry.timeMs = m_manager.clock().nowMs();

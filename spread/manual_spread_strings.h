@@ -52,15 +52,15 @@ inline constexpr const char* kTipAsk = "卖盘:%g";
 inline constexpr const char* kInfo = "提示";
 inline constexpr const char* kNoAccount = "请选择至少一个交易帐户！";
 inline constexpr const char* kBadEveryLots = "交易数量必须大于等于1，请重新设置数量！";
-inline constexpr const char* kNoQuote3 =
-    "商品A、商品B或商品C中存在无效的行情，请重新设置商品！";
+inline constexpr const char* kNoQuote3 = "商品A、商品B或商品C中存在无效的行情，请重新设置商品！";
 inline constexpr const char* kNoQuote2 = "商品A或商品B中存在无效的行情，请重新设置商品！";
 
 // The quantity question before the first order (caption "交易数量").
 inline constexpr const char* kLotsCaption = "交易数量";
 inline constexpr const char* kAskLots3 =
     "商品A、商品B和商品C的单笔交易数量为[%d:%d:%d]，这是您预期的数量吗？";
-inline constexpr const char* kAskLots2 = "商品A和商品B的单笔交易数量为[%d:%d]，这是您预期的数量吗？";
+inline constexpr const char* kAskLots2 =
+    "商品A和商品B的单笔交易数量为[%d:%d]，这是您预期的数量吗？";
 
 // Journal reasons.
 inline constexpr const char* kReasonBuy = "买入价差";

@@ -86,7 +86,8 @@ QString ManualSpreadChart::tipAt(const QLineSeries* series, int index) const {
     if (index < 0 || index >= series->count()) return {};
     char buf[64];
     const bool isBid = series == m_bid;
-    std::snprintf(buf, sizeof buf, isBid ? manual_spread_text::kTipBid : manual_spread_text::kTipAsk,
+    std::snprintf(buf, sizeof buf,
+                  isBid ? manual_spread_text::kTipBid : manual_spread_text::kTipAsk,
                   series->at(index).y());
     return QString::fromUtf8(buf);
 }

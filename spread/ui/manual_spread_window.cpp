@@ -35,6 +35,11 @@ QString q(const std::string& s) {
 QPushButton* toggle(QWidget* parent, const char* text) {
     auto* b = new QPushButton(q(text), parent);
     b->setCheckable(true);
+    // A switch that is down must be seen at a glance, in any theme.
+    b->setStyleSheet(
+        "QPushButton:checked{background:#ffd666;color:#202020;border:1px solid #b58900;"
+        "border-radius:2px;padding:3px 6px}");
+    b->setMinimumWidth(b->fontMetrics().horizontalAdvance(b->text()) + 20);
     return b;
 }
 
@@ -103,7 +108,8 @@ QWidget* ManualSpreadWindow::buildLegs() {
         LegRow& row = m_legRows[i];
         row.title = new QLabel(q(titles[i]), box);
         row.exchange = new QComboBox(box);
-        for (const tagExchangeInfo& e : exchanges) row.exchange->addItem(q(e.strName), e.nExchangeID);
+        for (const tagExchangeInfo& e : exchanges)
+            row.exchange->addItem(q(e.strName), e.nExchangeID);
         row.symbol = new QComboBox(box);
         row.symbol->setMinimumContentsLength(8);
         row.unit = new QDoubleSpinBox(box);
@@ -162,7 +168,8 @@ QWidget* ManualSpreadWindow::buildPrices() {
     auto* grid = new QGridLayout(box);
     grid->setContentsMargins(8, 6, 8, 6);
     const char* titles[] = {t::kRowAsk, t::kRowBid, t::kRowLast};
-    const QColor colours[] = {QColor(0xd0, 0x21, 0x21), QColor(0x1a, 0x9a, 0x3a), Qt::black};
+    // The ask red and the bid green; the last in the theme's own colour.
+    const QColor colours[] = {QColor(0xd0, 0x21, 0x21), QColor(0x1a, 0x9a, 0x3a), QColor()};
     for (int r = 0; r < 3; ++r) {
         grid->addWidget(new QLabel(q(titles[r]), box), r, 0);
         auto* value = new QLabel(box);
@@ -172,16 +179,20 @@ QWidget* ManualSpreadWindow::buildPrices() {
         f.setBold(true);
         f.setPointSizeF(f.pointSizeF() * 1.15);
         value->setFont(f);
-        QPalette p = value->palette();
-        p.setColor(QPalette::WindowText, colours[r]);
-        value->setPalette(p);
+        if (colours[r].isValid()) {
+            QPalette p = value->palette();
+            p.setColor(QPalette::WindowText, colours[r]);
+            value->setPalette(p);
+        }
         grid->addWidget(value, r, 1);
         m_rows[r] = value;
     }
     m_buy = new QPushButton(q(t::kBuySpread), box);
     m_sell = new QPushButton(q(t::kSellSpread), box);
-    m_buy->setStyleSheet("QPushButton{background:#d02121;color:white;font-weight:bold;padding:6px}");
-    m_sell->setStyleSheet("QPushButton{background:#1a9a3a;color:white;font-weight:bold;padding:6px}");
+    m_buy->setStyleSheet(
+        "QPushButton{background:#d02121;color:white;font-weight:bold;padding:6px}");
+    m_sell->setStyleSheet(
+        "QPushButton{background:#1a9a3a;color:white;font-weight:bold;padding:6px}");
     grid->addWidget(m_buy, 0, 2, 3, 1);
     grid->addWidget(m_sell, 0, 3, 3, 1);
     grid->setColumnStretch(1, 1);
@@ -318,8 +329,7 @@ void ManualSpreadWindow::fillSymbols(int leg, int exchangeId) {
     const QSignalBlocker block(box);
     box->clear();
     box->addItem(QString(), QString());  // no instrument
-    for (const tagSymbol& s : m_core.symbols(exchangeId))
-        box->addItem(q(s.strCode), q(s.strCode));
+    for (const tagSymbol& s : m_core.symbols(exchangeId)) box->addItem(q(s.strCode), q(s.strCode));
 }
 
 void ManualSpreadWindow::chooseLeg(int leg, int exchangeId, const QString& code) {
@@ -349,7 +359,8 @@ void ManualSpreadWindow::showAccounts() {
     if (!m_accountsShown) {
         // The first time: the default account, or the only one.
         const int preset = m_core.defaultAccount();
-        if (preset >= 0) checked << q(m_core.accounts()[static_cast<std::size_t>(preset)].strAccountID);
+        if (preset >= 0)
+            checked << q(m_core.accounts()[static_cast<std::size_t>(preset)].strAccountID);
         m_accountsShown = true;
     }
     checkAccounts(checked);
@@ -358,9 +369,8 @@ void ManualSpreadWindow::showAccounts() {
 void ManualSpreadWindow::checkAccounts(const QStringList& accountIds) {
     for (int r = 0; r < m_accountList->count(); ++r) {
         QListWidgetItem* item = m_accountList->item(r);
-        item->setCheckState(accountIds.contains(item->data(Qt::UserRole).toString())
-                                ? Qt::Checked
-                                : Qt::Unchecked);
+        item->setCheckState(
+            accountIds.contains(item->data(Qt::UserRole).toString()) ? Qt::Checked : Qt::Unchecked);
     }
 }
 

@@ -32,19 +32,22 @@ TEST(ManualSpreadCalc, SpreadPricesAndRows) {
         SpreadPrices want;
         const char* rows[3];  // ask, bid, last
     };
+    // clang-format off
     const Case cases[] = {
-        {"two legs", {&kA, &kB}, {1, 1, 1}, {11, 3, 9, 5, 10.5, 100.5 / 90},
-         {"11/3", "9/5", "10.5/1.12"}},
-        {"two legs, multipliers", {&kA, &kB}, {2, 0.5, 1}, {157, 3, 154.5, 5, 156, 201.0 / 45},
-         {"157/3", "154.5/5", "156/4.47"}},
-        {"B without ask: the bid line is 0", {&kA, &bNoAsk}, {1, 1, 1}, {11, 3, 0, 0, 10.5, 100.5 / 90},
-         {"11/3", "0/0", "10.5/1.12"}},
-        {"A without last", {&aNoLast, &kB}, {1, 1, 1}, {11, 3, 9, 5, -1, -1}, {"11/3", "9/5", "-1"}},
-        {"three legs: no ratio", {&kA, &kB, &kC}, {1, 1, 1}, {-39, 2, -42, 5, -40, 0},
-         {"-39/2", "-42/5", "-40"}},
-        {"three legs, C without bid", {&kA, &kB, &cNoBid}, {1, 1, 2}, {0, 0, -93, 5, -90.5, 0},
-         {"0/0", "-93/5", "-90.5"}},
+        {"two legs", {&kA, &kB}, {1, 1, 1},
+         {11, 3, 9, 5, 10.5, 100.5 / 90}, {"11/3", "9/5", "10.5/1.12"}},
+        {"two legs, multipliers", {&kA, &kB}, {2, 0.5, 1},
+         {157, 3, 154.5, 5, 156, 201.0 / 45}, {"157/3", "154.5/5", "156/4.47"}},
+        {"B without ask: the bid line is 0", {&kA, &bNoAsk}, {1, 1, 1},
+         {11, 3, 0, 0, 10.5, 100.5 / 90}, {"11/3", "0/0", "10.5/1.12"}},
+        {"A without last", {&aNoLast, &kB}, {1, 1, 1},
+         {11, 3, 9, 5, -1, -1}, {"11/3", "9/5", "-1"}},
+        {"three legs: no ratio", {&kA, &kB, &kC}, {1, 1, 1},
+         {-39, 2, -42, 5, -40, 0}, {"-39/2", "-42/5", "-40"}},
+        {"three legs, C without bid", {&kA, &kB, &cNoBid}, {1, 1, 2},
+         {0, 0, -93, 5, -90.5, 0}, {"0/0", "-93/5", "-90.5"}},
     };
+    // clang-format on
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         const SpreadPrices p = computeSpreadPrices(c.legs, c.units);
@@ -81,30 +84,25 @@ TEST(ManualSpreadCalc, LegOrderPrices) {
         B bound;
         double want;
     };
+    const SpreadLegStep tick02{1, 0.2f}, tick1{1, 1};
+    // clang-format off
     const Case cases[] = {
-        {"buy: ask plus offset", kDirBuy, tick(3, "IF", 3001, 3001.4), 2, {1, 0.2f}, B::Own, 3001.8},
-        {"sell: bid minus offset", kDirSell, tick(3, "IF", 3001.2, 3002), 2, {1, 0.2f}, B::Own, 3000.8},
-        {"buy off the grid rounds up", kDirBuy, tick(3, "IF", 3001, 3001.3), 0, {1, 0.2f}, B::Own, 3001.4},
-        {"sell off the grid rounds down", kDirSell, tick(3, "IF", 3001.3, 3002), 0, {1, 0.2f}, B::Own, 3001.2},
-        {"buy above the upper limit", kDirBuy, tick(0, "rb", 4600, 4601, 0, 4180, 4603), 5, {1, 1}, B::Own, 4603},
-        {"sell below the lower limit", kDirSell, tick(0, "rb", 4182, 4183, 0, 4180, 4620), 5, {1, 1}, B::Own, 4180},
-        {"other side: buy not capped", kDirBuy, tick(0, "rb", 4600, 4601, 0, 4180, 4603), 5, {1, 1}, B::Opposite, 4606},
-        {"other side: buy raised to lower", kDirBuy, tick(0, "rb", 4100, 4101, 0, 4180, 4620), 0, {1, 1}, B::Opposite, 4180},
-        {"other side: sell lowered to upper", kDirSell, tick(0, "rb", 4650, 4651, 0, 4180, 4620), 0, {1, 1}, B::Opposite, 4620},
-        {"step unknown: one unit", kDirBuy, tick(0, "x", 99, 100.5), 1, {}, B::Own, 102},
+        {"buy: ask plus offset", kDirBuy, tick(3, "IF", 3001, 3001.4), 2, tick02, B::Own, 3001.8},
+        {"sell: bid minus offset", kDirSell, tick(3, "IF", 3001.2, 3002), 2, tick02, B::Own, 3000.8},
+        {"buy off the grid rounds up", kDirBuy, tick(3, "IF", 3001, 3001.3), 0, tick02, B::Own, 3001.4},
+        {"sell off the grid rounds down", kDirSell, tick(3, "IF", 3001.3, 3002), 0, tick02, B::Own, 3001.2},
+        {"buy above the upper limit", kDirBuy, tick(0, "rb", 4600, 4601, 0, 4180, 4603), 5, tick1, B::Own, 4603},
+        {"sell below the lower limit", kDirSell, tick(0, "rb", 4182, 4183, 0, 4180, 4620), 5, tick1, B::Own, 4180},
+        {"other side: buy not capped", kDirBuy, tick(0, "rb", 4600, 4601, 0, 4180, 4603), 5, tick1, B::Opposite, 4606},
+        {"other side: buy raised to lower", kDirBuy, tick(0, "rb", 4100, 4101, 0, 4180, 4620), 0, tick1, B::Opposite, 4180},
+        {"other side: sell lowered to upper", kDirSell, tick(0, "rb", 4650, 4651, 0, 4180, 4620), 0, tick1, B::Opposite, 4620},
+        {"step unknown: one unit", kDirBuy, tick(0, "x", 99, 100.5), 1, SpreadLegStep{}, B::Own, 102},
     };
+    // clang-format on
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_DOUBLE_EQ(spreadLegOrderPrice(c.direction, c.q, c.offset, c.step, c.bound), c.want);
     }
-}
-
-TEST(ManualSpreadCalc, LegsLockedAtALimitOrOneSidedAreNotTraded) {
-    EXPECT_TRUE(spreadLegTradable(tick(0, "rb", 4400, 4401, 0, 4180, 4620)));
-    EXPECT_FALSE(spreadLegTradable(tick(0, "rb", 4620, 4621, 0, 4180, 4620)));  // bid at upper
-    EXPECT_FALSE(spreadLegTradable(tick(0, "rb", 4179, 4180, 0, 4180, 4620)));  // ask at lower
-    EXPECT_FALSE(spreadLegTradable(tick(0, "rb", 4400, 0)));
-    EXPECT_FALSE(spreadLegTradable(tick(0, "rb", 0, 4401)));
 }
 
 TEST(ManualSpreadCalc, CaptionShowsTemplateAndQuoteTimes) {

@@ -1,6 +1,7 @@
 // A manager on the fake host at 10:00 with a manual spread core, for the manual spread's core
 // and window tests. Instruments: rb2105 and rb2110 on exchange 0 (tick 1), i2105 and j2105 on
-// exchange 1 (tick 0.5); accounts 880001 and 880002. Orders the tool sends land in a recording journal.
+// exchange 1 (tick 0.5); accounts 880001 and 880002. Orders the tool sends land in a recording
+// journal.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -35,10 +36,11 @@ struct RecordingJournal : IOrderJournal {
 };
 
 // A two-sided quote with the day's limits.
-inline IModuleFutureTrader::ITickEx tick(std::uint16_t ex, const char* code, double bid,
-                                         double ask, double last = 0, double lower = 0,
-                                         double upper = 0, std::int64_t timeMs = 0) {
-    IModuleFutureTrader::ITickEx q = TickBuilder(ex, code).bid(bid, 10).ask(ask, 10).last(last).limits(lower, upper);
+inline IModuleFutureTrader::ITickEx tick(std::uint16_t ex, const char* code, double bid, double ask,
+                                         double last = 0, double lower = 0, double upper = 0,
+                                         std::int64_t timeMs = 0) {
+    IModuleFutureTrader::ITickEx q =
+        TickBuilder(ex, code).bid(bid, 10).ask(ask, 10).last(last).limits(lower, upper);
     q.tQuoteTime = timeMs;
     return q;
 }

@@ -54,9 +54,10 @@ TEST_F(ManualSpreadTest, LegsSubscribeOncePerInstrumentAndReleaseOnClose) {
     EXPECT_EQ(host.callsStartingWith("Subscribe"),
               (std::vector<std::string>{"Subscribe " + h + " rb2105", "Subscribe " + h + " rb2110",
                                         "Subscribe " + h + " i2105"}));
-    EXPECT_EQ(host.callsStartingWith("Unsubscribe"),
-              (std::vector<std::string>{"Unsubscribe " + h + " i2105", "Unsubscribe " + h + " rb2110",
-                                        "Unsubscribe " + h + " rb2105"}));
+    EXPECT_EQ(
+        host.callsStartingWith("Unsubscribe"),
+        (std::vector<std::string>{"Unsubscribe " + h + " i2105", "Unsubscribe " + h + " rb2110",
+                                  "Unsubscribe " + h + " rb2105"}));
 }
 
 TEST_F(ManualSpreadTest, ClickBuildsOneOrderPerAccountAndLeg) {
@@ -68,7 +69,8 @@ TEST_F(ManualSpreadTest, ClickBuildsOneOrderPerAccountAndLeg) {
         std::vector<std::string> want;
     };
     const Case cases[] = {
-        {"buy with offset, lots and hedge on A, two accounts", true,
+        {"buy with offset, lots and hedge on A, two accounts",
+         true,
          [](Manual& m) {
              m.nSpreadLots = {2, 3, 1};
              m.nOrderOffset = 1;
@@ -76,23 +78,29 @@ TEST_F(ManualSpreadTest, ClickBuildsOneOrderPerAccountAndLeg) {
          {true, false, false},
          {"880001 rb2105 buy 2@4402 open hedge", "880001 rb2110 sell 3@4349 open spec",
           "880002 rb2105 buy 2@4402 open hedge", "880002 rb2110 sell 3@4349 open spec"}},
-        {"sell to close, two units per click", false,
+        {"sell to close, two units per click",
+         false,
          [](Manual& m) {
              m.bExit = 1;
              m.nEveryLots = 2;
          },
          {},
          {"880001 rb2105 sell 2@4400 close spec", "880001 rb2110 buy 2@4352 close spec"}},
-        {"calendar roll, bought: A closes, B opens", true, [](Manual& m) { m.bChange = 1; }, {},
+        {"calendar roll, bought: A closes, B opens",
+         true,
+         [](Manual& m) { m.bChange = 1; },
+         {},
          {"880001 rb2105 buy 1@4401 close spec", "880001 rb2110 sell 1@4350 open spec"}},
-        {"calendar roll, sold, whatever bExit says", false,
+        {"calendar roll, sold, whatever bExit says",
+         false,
          [](Manual& m) {
              m.bChange = 1;
              m.bExit = 1;
          },
          {},
          {"880001 rb2105 sell 1@4400 close spec", "880001 rb2110 buy 1@4352 open spec"}},
-        {"three legs ignore the roll", true,
+        {"three legs ignore the roll",
+         true,
          [](Manual& m) {
              m.bButterfly = 1;
              m.bChange = 1;
@@ -126,12 +134,15 @@ TEST_F(ManualSpreadTest, RefusalsBeforeSendingSendNothing) {
         const char* box;  // "" for a silent end
     };
     const Case cases[] = {
-        {"no account", [](CManualSpread&, std::vector<tagAccoutInfo>& a) { a.clear(); }, Result::Refused,
-         t::kNoAccount},
-        {"no spread unit", [](CManualSpread& s, std::vector<tagAccoutInfo>&) { s.editSettings().nEveryLots = 0; },
+        {"no account", [](CManualSpread&, std::vector<tagAccoutInfo>& a) { a.clear(); },
+         Result::Refused, t::kNoAccount},
+        {"no spread unit",
+         [](CManualSpread& s, std::vector<tagAccoutInfo>&) { s.editSettings().nEveryLots = 0; },
          Result::Refused, t::kBadEveryLots},
         {"two legs, B unquoted",
-         [](CManualSpread& s, std::vector<tagAccoutInfo>&) { s.setLeg(1, {0, "rb2110x"}); },
+         [](CManualSpread& s, std::vector<tagAccoutInfo>&) {
+             s.setLeg(1, {0, "rb2110x"});
+         },
          Result::Refused, t::kNoQuote2},
         {"three legs, C unquoted",
          [](CManualSpread& s, std::vector<tagAccoutInfo>&) {
@@ -145,7 +156,9 @@ TEST_F(ManualSpreadTest, RefusalsBeforeSendingSendNothing) {
          },
          Result::Skipped, ""},
         {"a leg without ask",
-         [](CManualSpread& s, std::vector<tagAccoutInfo>&) { s.onQuote(tick(0, "rb2105", 4400, 0, 4400)); },
+         [](CManualSpread& s, std::vector<tagAccoutInfo>&) {
+             s.onQuote(tick(0, "rb2105", 4400, 0, 4400));
+         },
          Result::Skipped, ""},
     };
     for (const Case& c : cases) {
@@ -180,7 +193,8 @@ TEST_F(ManualSpreadTest, QuantitiesAreAskedBeforeTheFirstOrderAndAfterEachInstru
     s.setLeg(2, {0, "rb2105"});
     prompter.answers = {false};
     EXPECT_EQ(s.send(true, one, {}), Result::Declined);
-    EXPECT_EQ(prompter.lastText(), "商品A、商品B和商品C的单笔交易数量为[4:6:2]，这是您预期的数量吗？");
+    EXPECT_EQ(prompter.lastText(),
+              "商品A、商品B和商品C的单笔交易数量为[4:6:2]，这是您预期的数量吗？");
 }
 
 TEST_F(ManualSpreadTest, BatchGoesThroughTheConfirmationAndEachOrderIsJournalled) {
@@ -225,7 +239,8 @@ TEST_F(ManualSpreadTest, DefaultTemplateRoundTripsThroughProfileAndOpensTheTool)
     ASSERT_TRUE(ini.save());
 
     CManualSpread& s = *(spread = std::make_unique<CManualSpread>(manager));
-    EXPECT_EQ(composeTemplateFile<Manual>({s.settings()}, "x"), composeTemplateFile<Manual>({m}, "x"));
+    EXPECT_EQ(composeTemplateFile<Manual>({s.settings()}, "x"),
+              composeTemplateFile<Manual>({m}, "x"));
     EXPECT_EQ(s.settings().bShowChart, 1);
     EXPECT_EQ(s.leg(2), (tagSymbol{1, "i2105"}));
     EXPECT_TRUE(s.hasQuote(2));
@@ -238,8 +253,7 @@ TEST_F(ManualSpreadTest, ApplyingATemplateKeepsTheChartSwitchAndNamesTheCaption)
     Manual m;
     m.strName = "螺纹跨期";
     m.legs = {{{0, "rb2110"}, {0, "rb2105"}, {}}};
-    ASSERT_TRUE(CTemplateStore<Manual>(manager.userDir(), template_files::kManualSpread)
-                    .save({m}));
+    ASSERT_TRUE(CTemplateStore<Manual>(manager.userDir(), template_files::kManualSpread).save({m}));
     ASSERT_TRUE(s.templates().apply(0));
     EXPECT_EQ(s.settings().bShowChart, 1);
     EXPECT_EQ(s.leg(0), (tagSymbol{0, "rb2110"}));

@@ -96,11 +96,12 @@ TEST_F(ManualSpreadWindowTest, Screenshots) {
     margin.nOrderOffset = 2;
     margin.bButterfly = margin.bConfirmOrder = margin.bFirstLotsConfirm = 1;
     three.core().applyTemplate(margin);
+    three.flush();
     three.hedgeButton(2)->click();
     three.checkAccounts({"880001", "880002"});
-    three.flush();
     EXPECT_EQ(three.core().legCount(), 3);
     EXPECT_TRUE(three.butterflyButton()->isChecked());
+    EXPECT_TRUE(three.hedgeButton(2)->isChecked());
     three.show();
     saveScreenshot(&three, "manual_spread_3legs.png");
 }
