@@ -81,8 +81,7 @@ void BM_QuoteRefresh(benchmark::State& state) {
         if (++k == quotes.size()) k = 0;
     }
     const double allocations = static_cast<double>(g_allocations.load() - before);
-    state.counters["allocs_per_quote"] =
-        allocations / static_cast<double>(state.iterations());
+    state.counters["allocs_per_quote"] = allocations / static_cast<double>(state.iterations());
     if (redraws == 0 || spread.history().empty()) state.SkipWithError("the quotes missed the legs");
 }
 BENCHMARK(BM_QuoteRefresh)->Arg(2)->Arg(3);
