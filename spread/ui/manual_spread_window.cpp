@@ -53,6 +53,19 @@ QSpinBox* countSpin(QWidget* parent, int low, int high) {
 
 constexpr int kAccountRefreshMs = 2000;
 
+// A leg's multiplier, shown as "%g" (1, 1.6, 0.5) rather than with fixed decimals.
+class MultiplierSpin final : public QDoubleSpinBox {
+public:
+    explicit MultiplierSpin(QWidget* parent) : QDoubleSpinBox(parent) {
+        setLocale(QLocale::c());
+        setDecimals(4);
+        setRange(-10000, 10000);
+        setSingleStep(0.1);
+        setAlignment(Qt::AlignRight);
+    }
+    QString textFromValue(double v) const override { return QString::asprintf("%g", v); }
+};
+
 }  // namespace
 
 ManualSpreadWindow::ManualSpreadWindow(CHelmsmanManage& manager, QWidget* parent)
@@ -112,11 +125,7 @@ QWidget* ManualSpreadWindow::buildLegs() {
             row.exchange->addItem(q(e.strName), e.nExchangeID);
         row.symbol = new QComboBox(box);
         row.symbol->setMinimumContentsLength(8);
-        row.unit = new QDoubleSpinBox(box);
-        row.unit->setLocale(QLocale::c());
-        row.unit->setDecimals(4);
-        row.unit->setRange(-10000, 10000);
-        row.unit->setAlignment(Qt::AlignRight);
+        row.unit = new MultiplierSpin(box);
         row.lots = countSpin(box, 1, 9999);
         row.hedge = toggle(box, t::kHedge);
         const int r = i + 1;
