@@ -33,7 +33,6 @@ inline constexpr const char* kEveryLots = "每次份数";
 inline constexpr const char* kOffset = "下单偏移";
 inline constexpr const char* kOffsetUnit = "跳";
 inline constexpr const char* kAccounts = "交易帐户";
-inline constexpr const char* kQuoteTime = "行情时间";
 
 // The three price rows.
 inline constexpr const char* kRowAsk = "卖盘价/量";
