@@ -26,6 +26,7 @@
 #include "robots/robot_strings.h"
 #include "robots/ui/blader_window.h"
 #include "robots/ui/robot_launcher_window.h"
+#include "spread/ui/manual_spread_window.h"
 #include "trigger/ui/local_trigger_window.h"
 
 namespace {
@@ -71,7 +72,7 @@ constexpr std::string_view kAvailable[] = {
     "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange", "OpenHelmsman",
     "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",    "OpenLocalTrigger",
     "OpenRobotLauncher", "OpenStopTrigger",  "HelmsmanModifyOrder", "OpenAMTOrder",
-    "OpenOrderJournal",  "OpenAlgoSet",      "OpenAlgoCentre",
+    "OpenOrderJournal",  "OpenAlgoSet",      "OpenAlgoCentre",      "OpenManualSpread",
 };
 
 }  // namespace
@@ -157,7 +158,9 @@ int ShowMultiConfirm_Same(tagBrokerOrder* orders, int count, const char* caller)
 int OpenBatchTrader(const tagHelmsmanPrefill*) { return 0; }
 int OpenFastExit(const tagOpenedPosition*, const char*) { return 0; }
 int OpenSpreadTrader() { return 0; }
-int OpenManualSpread() { return 0; }
+int OpenManualSpread() {
+    return guarded([] { return manager().initialised() ? openManualSpread() : 0; }, 0);
+}
 int OpenStopTrigger(const tagOpenedPosition* position, int number, const char* text) {
     return guarded(
         [&] { return manager().initialised() ? openStopTrigger(position, number, text) : 0; }, 0);

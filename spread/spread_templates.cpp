@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "app/profile_ini.h"
+#include "host/number_text.h"
 #include "spread/spread_strings.h"
 
 namespace {
@@ -80,6 +81,32 @@ void writeManualSpreadDefault(CProfileIni& ini, const tagManualSpreadTemplate& t
                                                          {"bFirstLotsConfirm", t.bFirstLotsConfirm},
                                                          {"bShowChart", t.bShowChart}};
     for (const auto& [key, value] : ints) ini.writeString(s, key, std::to_string(value));
+}
+
+tagManualSpreadTemplate readManualSpreadDefault(const CProfileIni& ini) {
+    const char* s = kManualSpreadSection;
+    tagManualSpreadTemplate t;
+    for (int i = 0; i < 3; ++i) {
+        const std::string n = std::to_string(i + 1);
+        t.legs[i].wExchangeID =
+            static_cast<std::uint16_t>(ini.getInt(s, "wExchangeID" + n, t.legs[i].wExchangeID));
+        t.legs[i].szSymbolCode =
+            ini.getString(s, "szSymbolCode" + n, {}, kTemplateCodeBytes + 1);
+        const std::string unit = ini.getString(s, "dSpreadUnit" + n);
+        if (const auto v = number_text::parse(unit)) t.dSpreadUnit[i] = *v;
+        t.nSpreadLots[i] = ini.getInt(s, "nSpreadLots" + n, t.nSpreadLots[i]);
+    }
+    const std::pair<const char*, std::int32_t*> ints[] = {{"nEveryLots", &t.nEveryLots},
+                                                          {"nOrderOffset", &t.nOrderOffset},
+                                                          {"bButterfly", &t.bButterfly},
+                                                          {"bChange", &t.bChange},
+                                                          {"bExit", &t.bExit},
+                                                          {"bConfirmOrder", &t.bConfirmOrder},
+                                                          {"bFirstLotsConfirm", &t.bFirstLotsConfirm},
+                                                          {"bShowChart", &t.bShowChart}};
+    for (const auto& [key, value] : ints)
+        *value = ini.getInt(s, key, *value);
+    return t;
 }
 
 void writeTemplate(CArchiveWriter& out, const tagAutoSpreadTemplate& t) {

@@ -49,6 +49,9 @@ inline constexpr const char* kManualSpreadSection = "ManualSpread";
 // Writes every setting, bShowChart included, under the tool's key names (integers "%d",
 // codes "%s", reals "%g"), in memory; the caller saves the file.
 void writeManualSpreadDefault(CProfileIni& ini, const tagManualSpreadTemplate& t);
+// Reads the section back; an absent key keeps the record's default. Reals are read as reals,
+// so a multiplier of 0.5 survives; codes are cut like a record's.
+tagManualSpreadTemplate readManualSpreadDefault(const CProfileIni& ini);
 
 // The trading account a leg of the auto spread uses: its identifying texts in a fixed order
 // and its account type.
