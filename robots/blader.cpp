@@ -476,7 +476,8 @@ bool CBlader::send(CLeg& leg, int l, tagBrokerOrder& order, std::string tag, con
                    double target) {
     int result = 0;
     const bool sent = leg.send(order, std::move(tag), [&](tagBrokerOrder& o) {
-        return result = m_manager.sendOrder(o, nullptr);
+        // The robot records its own journal entry below, with its reason.
+        return result = m_manager.sendOrder(o, nullptr, {{}, false, JournalRecorder::Caller});
     });
     if (!sent) return false;
     noteStep(l, l == 0 ? 1 : 5, leg.state());

@@ -305,7 +305,8 @@ CManualSpread::SendResult CManualSpread::send(bool buySpread,
         }
     }
     const double spread = buySpread ? m_prices.ask : m_prices.bid;
-    const int accepted = m_manager.submitBatch(batch, s.bConfirmOrder != 0, t::kName, nullptr);
+    const int accepted = m_manager.submitBatch(batch, s.bConfirmOrder != 0, t::kName, nullptr,
+                                               CHelmsmanManage::Recorder::Caller);
     m_lastBatch = batch;
     if (!accepted) return SendResult::Cancelled;
     journal(batch, buySpread, spread, quoted);
