@@ -12,6 +12,7 @@
 #include "app/ui/qt_prompter.h"
 #include "app/ui/trade_option_page.h"
 #include "app/ui/window_placement.h"
+#include "host/utf8_path.h"
 #include "order/ui/order_modify_dialog.h"
 #include "order/ui/order_ticket_window.h"
 #include "order/ui/qt_module_ui.h"
@@ -62,7 +63,9 @@ void InitHelmsman(std::uint32_t hParent, CSubscibeManage* facade, const char* ro
         [&] {
             manager().setPrompter(&qtPrompter());
             manager().setUi(&qtUi());
-            manager().init(hParent, facade, text(rootDir), text(userName), hostValue);
+            // The host's names arrive in its ANSI code page; the module keeps UTF-8.
+            manager().init(hParent, facade, hostTextToUtf8(text(rootDir)),
+                           hostTextToUtf8(text(userName)), hostValue);
             manager().setLocalTriggerFactory([] { return new LocalTriggerWindow(manager()); });
             window_placement::adoptHostWindow(hParent);
             return 0;
