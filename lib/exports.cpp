@@ -1,24 +1,19 @@
 // The exported entry points. Each one catches everything: nothing may throw into the host.
 //
-// This is the add-in's composition root: it may reach every tool's window to open it, while
-// the manager in app/ knows tools only through narrow interfaces (IModuleUi), never the
-// reverse.
+// This file is free of Qt: the windows are reached through the table the user interface
+// registers at InitHelmsman (app/module_windows.h), so the export table and its non-window
+// entry points build and are tested without Qt, on Linux and for Windows. The manager in
+// app/ knows tools only through narrow interfaces, never the reverse.
 #include "app/exports.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <vector>
 
 #include "app/helmsman_manage.h"
-#include "app/ui/qt_prompter.h"
-#include "app/ui/trade_option_page.h"
-#include "app/ui/window_placement.h"
+#include "app/module_windows.h"
 #include "host/utf8_path.h"
-#include "order/ui/order_modify_dialog.h"
-#include "order/ui/order_ticket_window.h"
-#include "order/ui/qt_module_ui.h"
-#include "order/ui/stop_trigger_dialog.h"
-#include "robots/ui/robot_launcher_window.h"
-#include "trigger/ui/local_trigger_window.h"
 
 namespace {
 
@@ -36,21 +31,17 @@ R guarded(F&& f, R fallback) noexcept {
     }
 }
 
-QtPrompter& qtPrompter() {
-    static QtPrompter prompter;
-    return prompter;
+// Opens the window of `exportName` when the module is initialised and the build has it.
+int openWindow(std::string_view exportName, const WindowRequest& request = {}) {
+    return guarded(
+        [&] { return manager().initialised() ? moduleWindows().open(exportName, request) : 0; },
+        0);
 }
 
-QtModuleUi& qtUi() {
-    static QtModuleUi ui;
-    return ui;
-}
-
-// Exports whose tool this build opens. The others answer with their neutral value.
-constexpr std::string_view kAvailable[] = {
-    "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange", "OpenHelmsman",
-    "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",    "OpenLocalTrigger",
-    "OpenRobotLauncher", "OpenStopTrigger",  "HelmsmanModifyOrder",
+// Entry points that work without any window.
+constexpr std::string_view kHeadless[] = {
+    "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange",
+    "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",
 };
 
 }  // namespace
@@ -61,13 +52,10 @@ void InitHelmsman(std::uint32_t hParent, CSubscibeManage* facade, const char* ro
                   const char* userName, std::uint32_t hostValue) {
     guarded(
         [&] {
-            manager().setPrompter(&qtPrompter());
-            manager().setUi(&qtUi());
             // The host's names arrive in its ANSI code page; the module keeps UTF-8.
             manager().init(hParent, facade, hostTextToUtf8(text(rootDir)),
                            hostTextToUtf8(text(userName)), hostValue);
-            manager().setLocalTriggerFactory([] { return new LocalTriggerWindow(manager()); });
-            window_placement::adoptHostWindow(hParent);
+            installModuleUi(manager(), moduleWindows());
             return 0;
         },
         0);
@@ -82,7 +70,7 @@ int HelmsmanLogonStateChange(std::uint32_t code, std::uintptr_t data) {
 }
 
 int OpenHelmsman(const tagHelmsmanPrefill* block) {
-    return guarded([&] { return manager().initialised() ? openOrderTicket(block) : 0; }, 0);
+    return openWindow("OpenHelmsman", {block});
 }
 
 int ShowConfirmOrder(tagBrokerOrder* order, int bShowConfirm, const char* caller,
@@ -121,27 +109,25 @@ int ShowMultiConfirm_Same(tagBrokerOrder* orders, int count, const char* caller)
         0);
 }
 
-// Tools built by later work: neutral values, nothing opened.
-int OpenBatchTrader(const tagHelmsmanPrefill*) { return 0; }
-int OpenFastExit(const tagOpenedPosition*, const char*) { return 0; }
-int OpenSpreadTrader() { return 0; }
-int OpenManualSpread() { return 0; }
+int OpenBatchTrader(const tagHelmsmanPrefill* block) {
+    return openWindow("OpenBatchTrader", {block});
+}
+int OpenFastExit(const tagOpenedPosition* position, const char* text) {
+    return openWindow("OpenFastExit", {position, 0, text});
+}
+int OpenSpreadTrader() { return openWindow("OpenSpreadTrader"); }
+int OpenManualSpread() { return openWindow("OpenManualSpread"); }
 int OpenStopTrigger(const tagOpenedPosition* position, int number, const char* text) {
-    return guarded(
-        [&] { return manager().initialised() ? openStopTrigger(position, number, text) : 0; }, 0);
+    return openWindow("OpenStopTrigger", {position, number, text});
 }
-int OpenLocalTrigger() {
-    return guarded([] { return manager().openLocalTrigger() ? 1 : 0; }, 0);
-}
-int DeleteTriggerOrders(const void*) { return 0; }
-int OpenAMTOrder() { return 0; }
-int FilledOrderStatistics() { return 0; }
-int OpenFastExitAll() { return 0; }
-int OpenFastDeleteAll() { return 0; }
-int OpenAlgoSet(tagAlgoSetting*, int) { return 0; }
-int OpenRobotLauncher() {
-    return guarded([] { return openRobotLauncher() ? 1 : 0; }, 0);
-}
+int OpenLocalTrigger() { return openWindow("OpenLocalTrigger"); }
+int DeleteTriggerOrders(const void* block) { return openWindow("DeleteTriggerOrders", {block}); }
+int OpenAMTOrder() { return openWindow("OpenAMTOrder"); }
+int FilledOrderStatistics() { return openWindow("FilledOrderStatistics"); }
+int OpenFastExitAll() { return openWindow("OpenFastExitAll"); }
+int OpenFastDeleteAll() { return openWindow("OpenFastDeleteAll"); }
+int OpenAlgoSet(tagAlgoSetting* block, int mode) { return openWindow("OpenAlgoSet", {block, mode}); }
+int OpenRobotLauncher() { return openWindow("OpenRobotLauncher"); }
 
 std::intptr_t HelmsmanSendMessage(std::uint32_t hWnd, std::uint32_t msg, std::uintptr_t wParam,
                                   std::uintptr_t lParam) {
@@ -170,28 +156,14 @@ void HelmsmanUseClock(IClock* clock) {
 }
 
 int HelmsmanModifyOrder(const tagBrokerOrder* order) {
-    return guarded([&] { return manager().initialised() ? openOrderModify(order) : 0; }, 0);
+    return openWindow("HelmsmanModifyOrder", {order});
 }
 
 int HelmsmanToolAvailable(const char* exportName) {
     if (!exportName) return 0;
-    for (std::string_view name : kAvailable)
+    for (std::string_view name : kHeadless)
         if (name == exportName) return 1;
-    return 0;
-}
-
-QWidget* HelmsmanCreateOptionPage(QWidget* parent) {
-    return guarded([&]() -> QWidget* { return new CTradeOptionPage(parent); },
-                   static_cast<QWidget*>(nullptr));
-}
-
-int HelmsmanApplyOptionPage(QWidget* page) {
-    return guarded(
-        [&] {
-            auto* p = qobject_cast<CTradeOptionPage*>(page);
-            return p && p->onApply() ? 1 : 0;
-        },
-        0);
+    return moduleWindows().has(exportName) ? 1 : 0;
 }
 
 }  // extern "C"
