@@ -5,6 +5,8 @@
 #include <random>
 #include <string_view>
 
+#include "host/utf8_path.h"
+
 #ifdef _WIN32
 #ifndef NOMINMAX
 #define NOMINMAX
@@ -26,11 +28,6 @@ namespace text = file_write_text;
 
 namespace {
 
-std::string utf8Path(const fs::path& p) {
-    const auto u8 = p.u8string();
-    return std::string(u8.begin(), u8.end());
-}
-
 const char* reasonFor(const std::error_code& ec) {
     using std::errc;
     if (ec == errc::permission_denied || ec == errc::operation_not_permitted)
@@ -50,7 +47,7 @@ const char* reasonFor(const std::error_code& ec) {
 std::string FileWriteResult::message() const {
     if (ok) return {};
     const std::string_view pattern = text::kCannotSave;
-    const std::string fills[] = {utf8Path(file), reason};
+    const std::string fills[] = {pathUtf8(file), reason};
     std::string out;
     std::size_t from = 0;
     for (const auto& fill : fills) {

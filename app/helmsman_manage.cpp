@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "host/utf8_path.h"
+
 namespace {
 
 // The reasons the manager gives for what it sends on a tool's behalf.
@@ -35,12 +37,12 @@ void CHelmsmanManage::init(WndHandle parent, CSubscibeManage* facade, const std:
     m_userName = userName;
     m_hostValue = hostValue;
     // The host's "%s\\user\\%s", built so it works on either system.
-    m_userDir = (std::filesystem::path(rootDir) / "user" / userName).string();
+    m_userDir = pathUtf8(utf8Path(rootDir) / "user" / utf8Path(userName));
     loadSettings();
 }
 
 std::filesystem::path CHelmsmanManage::userFile(const std::string& name) const {
-    return std::filesystem::path(m_userDir) / name;
+    return utf8Path(m_userDir) / utf8Path(name);
 }
 
 void CHelmsmanManage::setClock(IClock* clock) {

@@ -1,33 +1,22 @@
 // The exported entry points. Each one catches everything: nothing may throw into the host.
 //
-// This is the add-in's composition root: it may reach every tool's window to open it, while
-// the manager in app/ knows tools only through narrow interfaces (IModuleUi), never the
-// reverse.
+// This file is free of Qt: the windows are reached through the table the user interface
+// registers at InitHelmsman (app/module_windows.h), so the export table and its non-window
+// entry points build and are tested without Qt, on Linux and for Windows. The manager in
+// app/ knows tools only through narrow interfaces, never the reverse.
 #include "app/exports.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <vector>
 
-#include "algo/ui/algo_centre_window.h"
-#include "algo/ui/algo_setting_dialog.h"
-#include "amt/ui/amt_order_window.h"
 #include "app/helmsman_manage.h"
-#include "app/ui/qt_prompter.h"
-#include "app/ui/trade_option_page.h"
-#include "app/ui/window_placement.h"
-#include "journal/journal_strings.h"
-#include "journal/sqlite_order_journal.h"
-#include "journal/ui/journal_window.h"
-#include "order/ui/order_modify_dialog.h"
-#include "order/ui/order_ticket_window.h"
-#include "order/ui/qt_module_ui.h"
-#include "order/ui/stop_trigger_dialog.h"
-#include "robots/robot_strings.h"
-#include "robots/ui/blader_window.h"
-#include "robots/ui/robot_launcher_window.h"
-#include "spread/ui/manual_spread_window.h"
-#include "trigger/ui/local_trigger_window.h"
+#include "app/module_windows.h"
+#include "host/utf8_path.h"
+#ifdef HELMSMAN_JOURNAL
+#include "journal/module_journal.h"
+#endif
 
 namespace {
 
@@ -45,34 +34,17 @@ R guarded(F&& f, R fallback) noexcept {
     }
 }
 
-QtPrompter& qtPrompter() {
-    static QtPrompter prompter;
-    return prompter;
+// Opens the window of `exportName` when the module is initialised and the build has it.
+int openWindow(std::string_view exportName, const WindowRequest& request = {}) {
+    return guarded(
+        [&] { return manager().initialised() ? moduleWindows().open(exportName, request) : 0; },
+        0);
 }
 
-QtModuleUi& qtUi() {
-    static QtModuleUi ui;
-    return ui;
-}
-
-// The audit journal in the user directory, and what became of its file at start-up.
-struct OrderJournal {
-    std::unique_ptr<SqliteOrderJournal> journal;
-    std::string notice;
-    ~OrderJournal() { CHelmsmanManage::instance().setJournal(nullptr); }
-};
-
-OrderJournal& orderJournal() {
-    static OrderJournal j;
-    return j;
-}
-
-// Exports whose tool this build opens. The others answer with their neutral value.
-constexpr std::string_view kAvailable[] = {
-    "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange", "OpenHelmsman",
-    "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",    "OpenLocalTrigger",
-    "OpenRobotLauncher", "OpenStopTrigger",  "HelmsmanModifyOrder", "OpenAMTOrder",
-    "OpenOrderJournal",  "OpenAlgoSet",      "OpenAlgoCentre",      "OpenManualSpread",
+// Entry points that work without any window.
+constexpr std::string_view kHeadless[] = {
+    "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange",
+    "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",
 };
 
 }  // namespace
@@ -83,24 +55,13 @@ void InitHelmsman(std::uint32_t hParent, CSubscibeManage* facade, const char* ro
                   const char* userName, std::uint32_t hostValue) {
     guarded(
         [&] {
-            manager().setPrompter(&qtPrompter());
-            manager().setUi(&qtUi());
-            manager().init(hParent, facade, text(rootDir), text(userName), hostValue);
-            manager().setLocalTriggerFactory([] { return new LocalTriggerWindow(manager()); });
-            // The journal of this user directory (kept open when it is already the one).
-            OrderJournal& j = orderJournal();
-            const auto file = manager().userFile(journal_text::kFileName);
-            if (!j.journal || j.journal->path() != file) {
-                manager().setJournal(nullptr);
-                j.journal = SqliteOrderJournal::open(file, &j.notice);
-                if (!j.notice.empty()) std::fprintf(stderr, "%s\n", j.notice.c_str());
-            }
-            manager().setJournal(j.journal.get());
-            manager().setAlgoCentreFactory([] { return new AlgoCentreWindow(manager()); });
-            manager().setAlgoSettingEditor(
-                [](tagAlgoSetting& block) { return editAlgoSettingModal(block, manager()); });
-            CRobotLauncher::attachFactory(robot_text::kBladerName, openBladerWindow);
-            window_placement::adoptHostWindow(hParent);
+            // The host's names arrive in its ANSI code page; the module keeps UTF-8.
+            manager().init(hParent, facade, hostTextToUtf8(text(rootDir)),
+                           hostTextToUtf8(text(userName)), hostValue);
+#ifdef HELMSMAN_JOURNAL
+            openModuleJournal(manager());
+#endif
+            installModuleUi(manager(), moduleWindows());
             return 0;
         },
         0);
@@ -115,7 +76,7 @@ int HelmsmanLogonStateChange(std::uint32_t code, std::uintptr_t data) {
 }
 
 int OpenHelmsman(const tagHelmsmanPrefill* block) {
-    return guarded([&] { return manager().initialised() ? openOrderTicket(block) : 0; }, 0);
+    return openWindow("OpenHelmsman", {block});
 }
 
 int ShowConfirmOrder(tagBrokerOrder* order, int bShowConfirm, const char* caller,
@@ -154,63 +115,27 @@ int ShowMultiConfirm_Same(tagBrokerOrder* orders, int count, const char* caller)
         0);
 }
 
-// Tools built by later work: neutral values, nothing opened.
-int OpenBatchTrader(const tagHelmsmanPrefill*) { return 0; }
-int OpenFastExit(const tagOpenedPosition*, const char*) { return 0; }
-int OpenSpreadTrader() { return 0; }
-int OpenManualSpread() {
-    return guarded([] { return manager().initialised() ? openManualSpread() : 0; }, 0);
+int OpenBatchTrader(const tagHelmsmanPrefill* block) {
+    return openWindow("OpenBatchTrader", {block});
 }
+int OpenFastExit(const tagOpenedPosition* position, const char* text) {
+    return openWindow("OpenFastExit", {position, 0, text});
+}
+int OpenSpreadTrader() { return openWindow("OpenSpreadTrader"); }
+int OpenManualSpread() { return openWindow("OpenManualSpread"); }
 int OpenStopTrigger(const tagOpenedPosition* position, int number, const char* text) {
-    return guarded(
-        [&] { return manager().initialised() ? openStopTrigger(position, number, text) : 0; }, 0);
+    return openWindow("OpenStopTrigger", {position, number, text});
 }
-int OpenLocalTrigger() {
-    return guarded([] { return manager().openLocalTrigger() ? 1 : 0; }, 0);
-}
-int DeleteTriggerOrders(const void*) { return 0; }
-int OpenAMTOrder() {
-    return guarded([] { return manager().initialised() ? openAMTOrder() : 0; }, 0);
-}
-int FilledOrderStatistics() { return 0; }
-int OpenFastExitAll() { return 0; }
-int OpenFastDeleteAll() { return 0; }
-int OpenAlgoSet(tagAlgoSetting* block, int mode) {
-    if (!block) return 0;
-    return guarded(
-        [&] {
-            if (!manager().initialised()) return 0;
-            if (mode == 0) {
-                tagAlgoSetting copy = *block;
-                if (!manager().editAlgoSetting(copy)) return 0;
-                *block = copy;
-                return 1;
-            }
-            if (mode != 1) return 0;
-            IAlgoCentre* centre = manager().algoCentre();
-            if (!centre) return 0;
-            centre->setDefaultSetting(*block);
-            centre->showCentre();
-            return 1;
-        },
-        0);
-}
-int OpenAlgoCentre() {
-    return guarded([] { return manager().initialised() && manager().openAlgoCentre() ? 1 : 0; },
-                   0);
-}
-int OpenRobotLauncher() {
-    return guarded([] { return openRobotLauncher() ? 1 : 0; }, 0);
-}
-int OpenOrderJournal() {
-    return guarded(
-        [] {
-            if (!manager().initialised()) return 0;
-            const OrderJournal& j = orderJournal();
-            return openOrderJournal(j.journal.get(), j.notice, manager().userDir()) ? 1 : 0;
-        },
-        0);
-}
+int OpenLocalTrigger() { return openWindow("OpenLocalTrigger"); }
+int DeleteTriggerOrders(const void* block) { return openWindow("DeleteTriggerOrders", {block}); }
+int OpenAMTOrder() { return openWindow("OpenAMTOrder"); }
+int FilledOrderStatistics() { return openWindow("FilledOrderStatistics"); }
+int OpenFastExitAll() { return openWindow("OpenFastExitAll"); }
+int OpenFastDeleteAll() { return openWindow("OpenFastDeleteAll"); }
+int OpenAlgoSet(tagAlgoSetting* block, int mode) { return openWindow("OpenAlgoSet", {block, mode}); }
+int OpenRobotLauncher() { return openWindow("OpenRobotLauncher"); }
+int OpenAlgoCentre() { return openWindow("OpenAlgoCentre"); }
+int OpenOrderJournal() { return openWindow("OpenOrderJournal"); }
 
 std::intptr_t HelmsmanSendMessage(std::uint32_t hWnd, std::uint32_t msg, std::uintptr_t wParam,
                                   std::uintptr_t lParam) {
@@ -239,28 +164,14 @@ void HelmsmanUseClock(IClock* clock) {
 }
 
 int HelmsmanModifyOrder(const tagBrokerOrder* order) {
-    return guarded([&] { return manager().initialised() ? openOrderModify(order) : 0; }, 0);
+    return openWindow("HelmsmanModifyOrder", {order});
 }
 
 int HelmsmanToolAvailable(const char* exportName) {
     if (!exportName) return 0;
-    for (std::string_view name : kAvailable)
+    for (std::string_view name : kHeadless)
         if (name == exportName) return 1;
-    return 0;
-}
-
-QWidget* HelmsmanCreateOptionPage(QWidget* parent) {
-    return guarded([&]() -> QWidget* { return new CTradeOptionPage(parent); },
-                   static_cast<QWidget*>(nullptr));
-}
-
-int HelmsmanApplyOptionPage(QWidget* page) {
-    return guarded(
-        [&] {
-            auto* p = qobject_cast<CTradeOptionPage*>(page);
-            return p && p->onApply() ? 1 : 0;
-        },
-        0);
+    return moduleWindows().has(exportName) ? 1 : 0;
 }
 
 }  // extern "C"

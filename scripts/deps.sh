@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Installs the Debian packages Helmsman needs (scripts/packages.txt), only those missing.
+# Installs the Debian packages Helmsman needs (scripts/packages.txt, or the list named as the
+# first argument, e.g. packages-windows.txt), only those missing.
 set -euo pipefail
 cd "$(dirname "$0")"
 
-mapfile -t packages < <(grep -v '^\s*#' packages.txt | grep -v '^\s*$')
+mapfile -t packages < <(grep -v '^\s*#' "${1:-packages.txt}" | grep -v '^\s*$')
 
 missing=()
 for p in "${packages[@]}"; do

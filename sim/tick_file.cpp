@@ -6,6 +6,8 @@
 #include <fstream>
 #include <system_error>
 
+#include "host/utf8_path.h"
+
 namespace sim {
 namespace {
 
@@ -183,7 +185,7 @@ std::string skippedSummary(const TickParseReport& report) {
 }
 
 std::string symbolCodeFromTickPath(const std::string& path) {
-    std::string name = std::filesystem::path(path).filename().string();
+    std::string name = pathUtf8(utf8Path(path).filename());
     std::size_t cut = name.find('_');
     if (cut == std::string::npos) cut = name.find('.');
     return name.substr(0, cut);

@@ -9,6 +9,7 @@
 #include "host/codes.h"
 #include "host/gbk_codec.h"
 #include "host/number_text.h"
+#include "host/utf8_path.h"
 #include "trigger/local_trigger.h"
 #include "trigger/trigger_strings.h"
 
@@ -175,7 +176,7 @@ bool CLocalTrigger::exportCsv(const std::filesystem::path& path) {
     }
     const std::string bytes = gbk::fromUtf8(text);
     // Appending on purpose: exporting to an existing file adds a second header and the rows.
-    std::FILE* f = std::fopen(path.string().c_str(), "a");
+    std::FILE* f = openFile(path, "ab");
     bool ok = f != nullptr;
     if (f) {
         ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
@@ -183,7 +184,7 @@ bool CLocalTrigger::exportCsv(const std::filesystem::path& path) {
     }
     if (!ok) {
         char msg[1024];
-        std::snprintf(msg, sizeof msg, kCannotExport, path.string().c_str());
+        std::snprintf(msg, sizeof msg, kCannotExport, pathUtf8(path).c_str());
         m_manager.prompter().inform(kInfo, msg, PromptIcon::Information);
     }
     return ok;

@@ -3,9 +3,14 @@
 #include <filesystem>
 #include <tuple>
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 #include "app/helmsman_manage.h"
 #include "support/fake_host.h"
 #include "support/scripted.h"
+#include "host/utf8_path.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -41,6 +46,35 @@ protected:
 TEST_F(ManagerTest, InitFormsTheUserDirectoryAndStartsFromDefaults) {
     EXPECT_EQ(manager.profilePath(), m_root / "user" / "trader" / "Profile.ini");
     EXPECT_EQ(manager.settings(), HelmsmanSettings{});  // no file yet
+}
+
+// A user named in Chinese gets a folder of that name on both systems (a wide-character path
+// on Windows): the settings land in it and nowhere else.
+TEST_F(ManagerTest, AChineseUserNameOpensTheFolderOfThatName) {
+    CHelmsmanManage chinese;
+    chinese.init(7, &host, m_root.string(), "舵手", 42);
+    HelmsmanSettings s;
+    s.bUseAlgoTrading = 1;
+    ASSERT_TRUE(chinese.saveSettings(s).ok);
+    std::vector<std::string> users;
+    for (const auto& entry : std::filesystem::directory_iterator(m_root / "user"))
+        users.push_back(pathUtf8(entry.path().filename()));
+    EXPECT_EQ(users, std::vector<std::string>{"舵手"});
+    EXPECT_TRUE(std::filesystem::exists(m_root / "user" / u8"舵手" / "Profile.ini"));
+    CHelmsmanManage again;
+    again.init(7, &host, m_root.string(), "舵手", 42);
+    EXPECT_EQ(again.settings().bUseAlgoTrading, 1);
+}
+
+TEST(HostText, TheHostsFolderNamesBecomeUtf8Once) {
+#ifdef _WIN32
+    // A Chinese Windows hands its names over in code page 936 (the Windows run sets it).
+    ASSERT_EQ(GetACP(), 936u) << "run the Windows tests with a Chinese ANSI code page";
+    EXPECT_EQ(hostTextToUtf8("\xB6\xE6\xCA\xD6"), "舵手");
+#else
+    EXPECT_EQ(hostTextToUtf8("舵手"), "舵手");
+#endif
+    EXPECT_EQ(hostTextToUtf8("trader"), "trader");
 }
 
 TEST_F(ManagerTest, EventsReachRegisteredWindowsInOrderAsMessage2070) {

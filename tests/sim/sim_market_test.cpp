@@ -126,7 +126,7 @@ TEST(SimWalk, PreOpenHasOnlyTheFallbackPrices) {
 
 TEST(SimReplay, TicksPlayByTimeOfDay) {
     const auto p = dataDir() / "ticks" / "IF2101_20210104.csv";
-    if (!std::filesystem::exists(p)) GTEST_SKIP() << "no data at " << p;
+    ASSERT_TRUE(std::filesystem::exists(p)) << testdata::missing(p);
     ManualClock clock(localMs(9, 30, 0));
     SimExchange ex(clock, quietOptions());
     ASSERT_TRUE(ex.loadTickFile(p.string(), {}, nullptr));

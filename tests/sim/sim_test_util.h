@@ -14,20 +14,13 @@
 #include "host/clock.h"
 #include "host/window.h"
 #include "sim/sim_exchange.h"
+#include "support/data_dir.h"
 #include "support/quote_builders.h"
 
 namespace simtest {
 
-// The shared data folder: HELMSMAN_DATA_DIR from the environment when set (a worktree that
-// does not sit beside it), else the one the build names.
-inline std::filesystem::path dataDir() {
-    if (const char* env = std::getenv("HELMSMAN_DATA_DIR"); env && *env) return env;
-#ifdef HELMSMAN_DATA_DIR
-    return HELMSMAN_DATA_DIR;
-#else
-    return {};
-#endif
-}
+// The shared data folder (see support/data_dir.h).
+inline std::filesystem::path dataDir() { return testdata::dataDir(); }
 
 // Calendar milliseconds of 2021-01-04 hh:mm:ss local time.
 inline std::int64_t localMs(int hh, int mm, int ss, int ms = 0) {

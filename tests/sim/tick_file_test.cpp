@@ -137,7 +137,7 @@ TEST(TickFile, SymbolFromPath) {
 // A second exchange's recording (the first is replayed in the exchange's own tests).
 TEST(TickFile, RealFileParsesWhole) {
     const std::filesystem::path p = simtest::dataDir() / "ticks" / "RM705_20170320.csv";
-    if (!std::filesystem::exists(p)) GTEST_SKIP() << "no data at " << p;
+    ASSERT_TRUE(std::filesystem::exists(p)) << testdata::missing(p);
     std::vector<sim::TickRecord> out;
     sim::TickParseReport rep;
     ASSERT_TRUE(sim::parseTickFile(p.string(), out, rep));

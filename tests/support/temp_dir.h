@@ -14,6 +14,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "host/utf8_path.h"
+
 #ifdef _WIN32
 #include <process.h>
 #else
@@ -36,7 +38,9 @@ public:
     TempDir(const TempDir&) = delete;
     TempDir& operator=(const TempDir&) = delete;
 
-    std::string string() const { return m_path.string(); }
+    // UTF-8, as the module keeps names in memory.
+    std::string string() const { return pathUtf8(m_path); }
+    const std::filesystem::path& path() const { return m_path; }
     std::filesystem::path operator/(const std::filesystem::path& child) const {
         return m_path / child;
     }

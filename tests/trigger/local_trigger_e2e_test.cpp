@@ -36,7 +36,7 @@ private:
 
 TEST(LocalTriggerOnSim, FiresAtTheFirstCrossingTickAndFills) {
     const auto file = simtest::dataDir() / "ticks" / "IF2101_20210104.csv";
-    if (!std::filesystem::exists(file)) GTEST_SKIP() << "no shared data at " << file;
+    ASSERT_TRUE(std::filesystem::exists(file)) << testdata::missing(file);
     const std::int64_t startMs = simtest::localMs(9, 30, 5);
     constexpr double kTriggerPrice = 5228.0;
     // The day's first tick after 09:30:05 at or below 5228.0: last exactly 5228.0, ask 5229.0.

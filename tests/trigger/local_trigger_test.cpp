@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "host/gbk_codec.h"
+#include "host/utf8_path.h"
 #include "trigger_fixture.h"
 
 using namespace trigtest;
@@ -198,7 +199,7 @@ TEST_F(TriggerTest, CancelAllAsksOnceAndTouchesOnlyWaitingRecords) {
 
 TEST_F(TriggerTest, ExportAppendsAHeaderAndTheRowsInGbk) {
     centre->addTrigger(trigger(0, "cu2102", kDirBuy, 0, 100));
-    const auto file = root / "本地触发单.csv";
+    const auto file = root / utf8Path("本地触发单.csv");
     ASSERT_TRUE(centre->exportCsv(file));
     ASSERT_TRUE(centre->exportCsv(file));
     const std::string once =
