@@ -8,6 +8,11 @@
 #include <cstring>
 #include <string_view>
 
+#include "account/ui/batch_trader_window.h"
+#include "account/ui/fast_delete_all_window.h"
+#include "account/ui/fast_exit_all_window.h"
+#include "account/ui/fast_exit_window.h"
+#include "account/ui/filled_statistics_window.h"
 #include "app/helmsman_manage.h"
 #include "app/ui/qt_prompter.h"
 #include "app/ui/trade_option_page.h"
@@ -50,6 +55,8 @@ constexpr std::string_view kAvailable[] = {
     "InitHelmsman",     "HelmsmanDataChange", "HelmsmanLogonStateChange", "OpenHelmsman",
     "ShowConfirmOrder", "ShowMultiConfirm",   "ShowMultiConfirm_Same",    "OpenLocalTrigger",
     "OpenRobotLauncher", "OpenStopTrigger",  "HelmsmanModifyOrder",
+    "OpenFastExit",     "OpenFastExitAll",    "OpenFastDeleteAll",        "DeleteTriggerOrders",
+    "FilledOrderStatistics", "OpenBatchTrader",
 };
 
 }  // namespace
@@ -118,9 +125,14 @@ int ShowMultiConfirm_Same(tagBrokerOrder* orders, int count, const char* caller)
         0);
 }
 
+int OpenBatchTrader(const tagHelmsmanPrefill* block) {
+    return guarded(
+        [&] { return manager().initialised() ? openBatchTrader(block ? &block->symbol : nullptr) : 0; }, 0);
+}
+int OpenFastExit(const tagOpenedPosition* position, const char* text) {
+    return guarded([&] { return manager().initialised() ? openFastExit(position, text) : 0; }, 0);
+}
 // Tools built by later work: neutral values, nothing opened.
-int OpenBatchTrader(const tagHelmsmanPrefill*) { return 0; }
-int OpenFastExit(const tagOpenedPosition*, const char*) { return 0; }
 int OpenSpreadTrader() { return 0; }
 int OpenManualSpread() { return 0; }
 int OpenStopTrigger(const tagOpenedPosition* position, int number, const char* text) {
@@ -130,11 +142,25 @@ int OpenStopTrigger(const tagOpenedPosition* position, int number, const char* t
 int OpenLocalTrigger() {
     return guarded([] { return manager().openLocalTrigger() ? 1 : 0; }, 0);
 }
-int DeleteTriggerOrders(const void*) { return 0; }
+int DeleteTriggerOrders(const void* block) {
+    return guarded(
+        [&] {
+            return manager().initialised()
+                       ? openDeleteTriggerOrders(static_cast<const tagAccoutInfo*>(block))
+                       : 0;
+        },
+        0);
+}
 int OpenAMTOrder() { return 0; }
-int FilledOrderStatistics() { return 0; }
-int OpenFastExitAll() { return 0; }
-int OpenFastDeleteAll() { return 0; }
+int FilledOrderStatistics() {
+    return guarded([] { return manager().initialised() ? openFilledOrderStatistics() : 0; }, 0);
+}
+int OpenFastExitAll() {
+    return guarded([] { return manager().initialised() ? openFastExitAll() : 0; }, 0);
+}
+int OpenFastDeleteAll() {
+    return guarded([] { return manager().initialised() ? openFastDeleteAll() : 0; }, 0);
+}
 int OpenAlgoSet(tagAlgoSetting*, int) { return 0; }
 int OpenRobotLauncher() {
     return guarded([] { return openRobotLauncher() ? 1 : 0; }, 0);
