@@ -55,6 +55,8 @@ CFastExit::CFastExit(CHelmsmanManage& manage, const tagOpenedPosition* position,
     if (!m_manage.userDir().empty()) m_options = FastExitOptions::load(m_manage.profilePath());
     reloadAccounts();
     if (position) {
+        // Only the position's own account: never another one by default.
+        m_account = -1;
         for (std::size_t i = 0; i < m_accounts.size(); ++i)
             if (m_accounts[i].strAccountID == position->strAccountID &&
                 m_accounts[i].strBrokerID == position->strBrokerID)

@@ -210,7 +210,7 @@ TEST_F(AccountToolsOnSim, StatisticsMarkTodayAgainstOpensAndYesterdayAgainstSett
     EXPECT_DOUBLE_EQ(stats.rows()[2].profit, s.dCloseProfit);
     EXPECT_DOUBLE_EQ(stats.rows()[3].commission, s.dCommission);
     EXPECT_EQ(stats.cell(4, CFilledOrderStatistics::kColAccount), "总计");
-    EXPECT_EQ(stats.csv().substr(0, 21), "帐户,商品,");
+    EXPECT_EQ(stats.csv().substr(0, 14), "帐户,商品,");
 }
 
 TEST_F(AccountToolsOnSim, BatchTraderSendsMultiplesAndFollowsLinks) {

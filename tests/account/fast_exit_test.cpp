@@ -93,6 +93,7 @@ TEST_F(FastExitTest, PriceLimitAndVolumeCorrections) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         host.sent.clear();
+        host.orders.clear();  // what earlier cases sent would hold lots back
         prompter.boxes.clear();
         quote(c.bid, c.ask, c.lower, c.upper);
         CFastExit fx = make();
