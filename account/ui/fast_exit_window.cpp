@@ -10,6 +10,7 @@
 #include <QSpinBox>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -104,16 +105,23 @@ FastExitWindow::FastExitWindow(CHelmsmanManage& manage, const tagOpenedPosition*
     layout->addWidget(m_status);
 
     fillAccounts();
-    connect(m_account, &QComboBox::currentIndexChanged, this, [this](int i) {
+    // A new account or instrument offers its larger side whole, at its last price.
+    auto offerSide = [this] {
+        m_volume->setValue(std::max(m_core.position().dLong, m_core.position().dShort));
+        m_price->setValue(m_core.tick().dLast);
+    };
+    connect(m_account, &QComboBox::currentIndexChanged, this, [this, offerSide](int i) {
         if (m_filling) return;
         m_core.selectAccount(i);
         fillSymbols();
+        offerSide();
         showState();
     });
-    connect(m_symbol, &QComboBox::currentIndexChanged, this, [this](int i) {
+    connect(m_symbol, &QComboBox::currentIndexChanged, this, [this, offerSide](int i) {
         if (m_filling || i < 0) return;
         const auto& held = m_core.heldSymbols();
         if (i < static_cast<int>(held.size())) m_core.selectSymbol(held[i]);
+        offerSide();
         showState();
     });
     auto optionsChanged = [this] {
@@ -133,6 +141,7 @@ FastExitWindow::FastExitWindow(CHelmsmanManage& manage, const tagOpenedPosition*
     });
     timer->start();
     m_core.setWindowName(kFastExitCaption);
+    m_price->setValue(m_core.tick().dLast);
     showState();
 }
 
