@@ -121,6 +121,7 @@ FastExitWindow::FastExitWindow(CHelmsmanManage& manage, const tagOpenedPosition*
         if (m_filling || i < 0) return;
         const auto& held = m_core.heldSymbols();
         if (i < static_cast<int>(held.size())) m_core.selectSymbol(held[i]);
+        setPriceStep();
         offerSide();
         showState();
     });
@@ -169,6 +170,10 @@ void FastExitWindow::fillSymbols() {
     }
     m_symbol->setCurrentIndex(current);
     m_filling = false;
+    setPriceStep();
+}
+
+void FastExitWindow::setPriceStep() {
     const int d = m_core.priceDecimals();
     m_price->setDecimals(d);
     m_price->setSingleStep(m_core.point() > 0 ? m_core.point() : std::pow(10.0, -d));

@@ -27,6 +27,7 @@ public:
 private:
     void fillAccounts();
     void fillSymbols();
+    void setPriceStep();
     void showState();
     void toCore();
 
