@@ -111,7 +111,7 @@ inline constexpr const char* kMarketPrice = "市价";
 // ---- Filled-order statistics -----------------------------------------------------------------
 inline constexpr const char* kStatisticsCaption = "成交统计";
 inline constexpr const char* kStatisticsColumns =
-    "帐户,120;商品,70;买入手数,60;买入均价,80;卖出手数,60;卖出均价,80;成交额,100;手续费,70;平仓盈亏,90;";
+    "帐户,110;商品,60;买入手数,50;买入均价,70;卖出手数,50;卖出均价,70;成交额,90;手续费,60;平仓盈亏,70;";
 inline constexpr const char* kAccountTotal = "帐户合计";
 inline constexpr const char* kGrandTotal = "总计";
 inline constexpr const char* kButtonExportCsv = "导出CSV";

@@ -59,7 +59,7 @@ FastDeleteAllWindow::FastDeleteAllWindow(CHelmsmanManage& manage, QWidget* paren
     m_list->setObjectName("orders");
     m_list->SetHeadings(kFastDeleteAllColumns);
     m_list->LoadColumnInfo(manage.userDir(), "FastDeleteAll");
-    m_list->setMinimumSize(640, 200);
+    m_list->setMinimumSize(780, 200);
     m_results = resultPane(this);
     m_summary = new QLabel(this);
     m_summary->setObjectName("summary");
@@ -155,7 +155,7 @@ DeleteTriggerWindow::DeleteTriggerWindow(CHelmsmanManage& manage, const tagAccou
     m_list->setObjectName("triggers");
     m_list->SetHeadings(kDeleteTriggerColumns);
     m_list->LoadColumnInfo(manage.userDir(), "DeleteTriggerOrders");
-    m_list->setMinimumSize(640, 200);
+    m_list->setMinimumSize(780, 200);
     connect(m_list, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
         if (m_filling || item->column() != 0) return;
         const auto row = m_list->GetItemData(item->row());

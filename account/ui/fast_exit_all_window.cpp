@@ -34,7 +34,7 @@ FastExitAllWindow::FastExitAllWindow(CHelmsmanManage& manage, QWidget* parent)
     m_list->setObjectName("positions");
     m_list->SetHeadings(kFastExitAllColumns);
     m_list->LoadColumnInfo(manage.userDir(), "FastExitAll");
-    m_list->setMinimumSize(620, 220);
+    m_list->setMinimumSize(760, 220);
     connect(m_list, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
         if (m_filling || item->column() != 0) return;
         const auto row = m_list->GetItemData(item->row());

@@ -30,7 +30,7 @@ FilledStatisticsWindow::FilledStatisticsWindow(CHelmsmanManage& manage, QWidget*
     m_list->setObjectName("statistics");
     m_list->SetHeadings(kStatisticsColumns);
     m_list->LoadColumnInfo(manage.userDir(), "FilledOrderStatistics");
-    m_list->setMinimumSize(760, 200);
+    m_list->setMinimumSize(990, 200);
     m_chart = new QChartView(this);
     m_chart->setObjectName("chart");
     m_chart->setRenderHint(QPainter::Antialiasing);

@@ -122,22 +122,37 @@ TEST_F(AccountWindows, ExitAllLeavesTheDemoAccountFlat) {
 
 TEST_F(AccountWindows, CancelAllAndTriggerCancelShowAResultPerOrder) {
     send(simtest::order(kRB, kDirBuy, kOpen, 1, 4300, "880001"));
-    send(simtest::order(kIF, kDirSell, kOpen, 1, 5300, "880002"));
-    tagTriggerOrder trigger = simtest::trigger(kTriggerBuyDip, kDirBuy, 5000, 0);
-    ASSERT_EQ(sim.SendTriggerOrder(trigger), 1);
+    send(simtest::order(kRB, kDirSell, kOpen, 2, 4500, "880001"));
+    send(simtest::order(kIF, kDirBuy, kOpen, 1, 5100, "880002"));
+    for (const char* account : {"880001", "880002"}) {
+        tagTriggerOrder trigger = simtest::trigger(kTriggerBuyDip, kDirBuy, 5000, 0);
+        trigger.strAccountID = account;
+        ASSERT_EQ(sim.SendTriggerOrder(trigger), 1);
+    }
     FastDeleteAllWindow del(manage);
-    EXPECT_EQ(del.findChild<QTableWidget*>("orders")->rowCount(), 2);
+    auto* orders = del.findChild<QTableWidget*>("orders");
+    EXPECT_EQ(orders->rowCount(), 3);
+    // The buys only: the sell stays.
+    auto* side = del.findChild<QComboBox*>("sideFilter");
+    side->setCurrentIndex(1);
+    emit side->activated(1);
+    EXPECT_EQ(orders->rowCount(), 2);
     prompter.answers = {true};
     EXPECT_EQ(del.cancelAll(), 2);
     EXPECT_EQ(del.findChild<QPlainTextEdit*>("results")->toPlainText().count("撤单请求已发送"), 2);
+    sim.deliverPending();
+    side->setCurrentIndex(0);
+    emit side->activated(0);
+    EXPECT_EQ(orders->rowCount(), 1);
     shot(&del, "fast_delete_all.png");
 
     DeleteTriggerWindow trig(manage, nullptr);
-    EXPECT_EQ(trig.findChild<QTableWidget*>("triggers")->rowCount(), 1);
-    trig.core().checkAll(true);
+    ASSERT_EQ(trig.findChild<QTableWidget*>("triggers")->rowCount(), 2);
+    trig.core().setChecked(0, true);
     prompter.answers = {true};
     EXPECT_EQ(trig.deleteChecked(), 1);
     EXPECT_TRUE(trig.findChild<QPlainTextEdit*>("results")->toPlainText().contains("已删除"));
+    EXPECT_EQ(trig.findChild<QTableWidget*>("triggers")->rowCount(), 1);
     shot(&trig, "delete_trigger_orders.png");
 }
 
