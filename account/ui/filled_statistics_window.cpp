@@ -106,7 +106,7 @@ void FilledStatisticsWindow::fillChart() {
     series->attachAxis(x);
     auto* y = new QValueAxis;
     y->setRange(0, top > 0 ? top * 1.15 : 1);
-    y->setLabelFormat(QStringLiteral("%.0f"));
+    y->setLabelFormat(QStringLiteral("%g"));
     chart->addAxis(y, Qt::AlignLeft);
     series->attachAxis(y);
     chart->setMargins(QMargins(4, 4, 4, 4));
