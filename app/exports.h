@@ -55,6 +55,7 @@ HELMSMAN_API int OpenStopTrigger(const tagOpenedPosition* position, int number, 
 HELMSMAN_API int OpenSpreadTrader();
 HELMSMAN_API int OpenManualSpread();
 HELMSMAN_API int OpenLocalTrigger();
+// `block`: null, or a tagAccoutInfo naming the account whose trigger orders are shown checked.
 HELMSMAN_API int DeleteTriggerOrders(const void* block);
 HELMSMAN_API int OpenAMTOrder();
 HELMSMAN_API int FilledOrderStatistics();

@@ -2,6 +2,11 @@
 // manager at InitHelmsman and registers the window of every export this build opens. The
 // only file of the add-in library that includes window headers; the entry points themselves
 // (lib/exports.cpp) stay free of Qt.
+#include "account/ui/batch_trader_window.h"
+#include "account/ui/fast_delete_all_window.h"
+#include "account/ui/fast_exit_all_window.h"
+#include "account/ui/fast_exit_window.h"
+#include "account/ui/filled_statistics_window.h"
 #include "algo/ui/algo_centre_window.h"
 #include "algo/ui/algo_setting_dialog.h"
 #include "amt/ui/amt_order_window.h"
@@ -64,6 +69,20 @@ void installModuleUi(CHelmsmanManage& manager, CModuleWindows& windows) {
                 [](const WindowRequest&) { return openRobotLauncher() ? 1 : 0; });
     windows.add("HelmsmanModifyOrder", [](const WindowRequest& r) {
         return openOrderModify(blockOf<tagBrokerOrder>(r));
+    });
+    windows.add("OpenFastExit", [](const WindowRequest& r) {
+        return openFastExit(blockOf<tagOpenedPosition>(r), r.text);
+    });
+    windows.add("OpenFastExitAll", [](const WindowRequest&) { return openFastExitAll(); });
+    windows.add("OpenFastDeleteAll", [](const WindowRequest&) { return openFastDeleteAll(); });
+    windows.add("DeleteTriggerOrders", [](const WindowRequest& r) {
+        return openDeleteTriggerOrders(blockOf<tagAccoutInfo>(r));
+    });
+    windows.add("FilledOrderStatistics",
+                [](const WindowRequest&) { return openFilledOrderStatistics(); });
+    windows.add("OpenBatchTrader", [](const WindowRequest& r) {
+        const auto* block = blockOf<tagHelmsmanPrefill>(r);
+        return openBatchTrader(block ? &block->symbol : nullptr);
     });
     windows.add("OpenManualSpread", [](const WindowRequest&) { return openManualSpread(); });
     windows.add("OpenAMTOrder", [](const WindowRequest&) { return openAMTOrder(); });

@@ -555,7 +555,11 @@ bool DeskWindow::openTool(const QString& exportName, QString* reason) {
 
     switch (tool->needs) {
         case AddinTool::Needs::Nothing:
-            reinterpret_cast<AddinLibrary::NoArgFn>(fn)();
+            // The trigger cancel takes an optional block: none, every account checked.
+            if (exportName == "DeleteTriggerOrders")
+                reinterpret_cast<AddinLibrary::DeleteTriggersFn>(fn)(nullptr);
+            else
+                reinterpret_cast<AddinLibrary::NoArgFn>(fn)();
             return true;
         case AddinTool::Needs::Prefill: {
             // Only an instrument the user picked is handed over; without one the ticket opens
