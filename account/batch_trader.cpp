@@ -185,7 +185,8 @@ CBatchTrader::Result CBatchTrader::send(std::int32_t direction) {
         m_manage.prompter().inform(kCaptionPrompt, kMsgNoBatchAccount);
         return Result::Refused;
     }
-    const int r = m_manage.submitBatch(m_last, true, kBatchCaller, nullptr);
+    const int r = m_manage.submitBatch(m_last, true, kBatchCaller, nullptr,
+                                  CHelmsmanManage::Recorder::Caller);
     if (r == 0) {
         m_last.clear();
         return Result::Cancelled;

@@ -279,9 +279,11 @@ CFastExit::Result CFastExit::close(std::int32_t direction) {
         account_journal::ScopedAlgoSwitch algo(m_manage, algoOn);
         const tagAlgoSetting* threshold = algoOn ? &block : nullptr;
         if (m_last.size() == 1)
-            r = m_manage.submitOrder(m_last.front(), confirm, kFastExitCaption, threshold);
+            r = m_manage.submitOrder(m_last.front(), confirm, kFastExitCaption, threshold,
+                                  CHelmsmanManage::Recorder::Caller);
         else
-            r = m_manage.submitBatch(m_last, confirm, kFastExitCaption, threshold);
+            r = m_manage.submitBatch(m_last, confirm, kFastExitCaption, threshold,
+                                  CHelmsmanManage::Recorder::Caller);
     }
     if (r == 0 && confirm) {
         m_last.clear();

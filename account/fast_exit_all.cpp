@@ -178,7 +178,8 @@ CFastExitAll::Result CFastExitAll::closeChecked() {
         if (unpriced.empty()) m_manage.prompter().inform(kCaptionPrompt, kMsgNothingToClose);
         return Result::Nothing;
     }
-    const int r = m_manage.submitBatch(m_last, true, kFastExitAllCaption, nullptr);
+    const int r = m_manage.submitBatch(m_last, true, kFastExitAllCaption, nullptr,
+                                  CHelmsmanManage::Recorder::Caller);
     if (r == 0) {
         m_last.clear();
         return Result::Cancelled;
