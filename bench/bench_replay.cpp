@@ -12,13 +12,11 @@
 #include "host/gbk_codec.h"
 #include "replay/recording_journal.h"
 #include "replay/replay_runner.h"
+#include "support/data_dir.h"
 
 namespace {
 
-std::filesystem::path dataDir() {
-    if (const char* env = std::getenv("HELMSMAN_DATA_DIR"); env && *env) return env;
-    return HELMSMAN_DATA_DIR;
-}
+std::filesystem::path dataDir() { return testdata::dataDir(); }
 
 std::string settingsFile() {
     static const std::string path = [] {

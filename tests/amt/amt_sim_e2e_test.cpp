@@ -37,7 +37,7 @@ double longHeld(SimExchange& sim) {
 
 TEST(AmtOnSim, EntersInStepsTrailsAndLeavesWithTheExchangeAgreeing) {
     const auto file = simtest::dataDir() / "ticks" / "IF2101_20210104.csv";
-    if (!std::filesystem::exists(file)) GTEST_SKIP() << "no shared data at " << file;
+    ASSERT_TRUE(std::filesystem::exists(file)) << testdata::missing(file);
     ManualClock clock(simtest::localMs(9, 35, 0));
     SimExchange sim(clock, simtest::quietOptions());
     ASSERT_TRUE(sim.loadTickFile(file.string(), simtest::kIF));

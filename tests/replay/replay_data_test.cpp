@@ -10,6 +10,7 @@
 #include "sim/sim_exchange.h"
 #include "sim/sim_recorded.h"
 #include "support/temp_dir.h"
+#include "support/data_dir.h"
 
 namespace {
 
@@ -80,11 +81,10 @@ TEST(RecordedData, NightProductsMatchInTheEveningOthersRest) {
 }
 
 TEST(RecordedData, TwoInstrumentsOfOneZceDayPlayNightFirst) {
-    std::filesystem::path data = HELMSMAN_DATA_DIR;
-    if (const char* env = std::getenv("HELMSMAN_DATA_DIR"); env && *env) data = env;
+    const std::filesystem::path data = testdata::dataDir();
     const auto ma = data / "ticks" / "MA805_20180201.csv", sr = data / "ticks" / "SR805_20180201.csv";
-    if (!std::filesystem::exists(ma) || !std::filesystem::exists(sr))
-        GTEST_SKIP() << "no shared data at " << data;
+    ASSERT_TRUE(std::filesystem::exists(ma)) << testdata::missing(ma);
+    ASSERT_TRUE(std::filesystem::exists(sr)) << testdata::missing(sr);
     TempDir dir("replay");
     // The night's low (2771) is reached again in the day; local triggers watch day periods only.
     writeFileBytes(dir / "s.ini", gbk::fromUtf8("[LocalTrigger]\nTrigger1=MA805,买,吊买,2771,0,1\n"));

@@ -9,6 +9,7 @@
 #include "replay/replay_output.h"
 #include "replay/replay_runner.h"
 #include "support/temp_dir.h"
+#include "support/data_dir.h"
 
 namespace {
 
@@ -60,10 +61,7 @@ void replayText(Replayed& run, const TempDir& dir, const std::string& ticks,
     replayFiles(run, dir, {(dir / "IF2101_20210104.csv").string()}, settingsUtf8);
 }
 
-std::filesystem::path dataDir() {
-    if (const char* env = std::getenv("HELMSMAN_DATA_DIR"); env && *env) return env;
-    return HELMSMAN_DATA_DIR;
-}
+std::filesystem::path dataDir() { return testdata::dataDir(); }
 
 }  // namespace
 
@@ -170,7 +168,7 @@ TEST(Replay, RefusesWhatItCannotRun) {
 
 TEST(Replay, SameInputsGiveTheSameBytes) {
     const auto file = dataDir() / "ticks" / "IF2101_20210104.csv";
-    if (!std::filesystem::exists(file)) GTEST_SKIP() << "no shared data at " << file;
+    ASSERT_TRUE(std::filesystem::exists(file)) << testdata::missing(file);
     const std::string settings =
         "[LocalTrigger]\r\nTrigger1=IF2101,买,吊买,5200,0,1\r\nTrigger2=IF2101,卖,吊卖,5290,0,1,平仓\r\n";
     std::string outputs[2];
