@@ -8,20 +8,15 @@
 #include <cstdlib>
 #include <new>
 
+#include "alloc_count.h"
 #include "amt/amt_order.h"
 #include "app/helmsman_manage.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
 #include "support/scripted.h"
 
-// The replaced operators pair malloc with free on purpose; GCC cannot see that they match.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-#endif
-
 namespace {
 
-std::atomic<long> g_allocations{0};
 
 // A host whose formula table answers without allocating: three values of IF2101.
 struct BenchHost : FakeHost {
@@ -101,14 +96,14 @@ void runQuotes(benchmark::State& state, bool holding) {
     // the morning session.
     const std::int64_t t0 = clock.nowMs();
     std::size_t i = 0;
-    const long before = g_allocations.load();
+    const std::uint64_t before = g_allocations.load();
     for (auto _ : state) {
         clock.setNowMs(t0 + static_cast<std::int64_t>(i & 1) * 500);
         amt.onMessage(kMsgDataChange, kEventQuote,
                       reinterpret_cast<std::uintptr_t>(&ticks[i++ & 1]));
         benchmark::DoNotOptimize(amt.state());
     }
-    const long allocations = g_allocations.load() - before;
+    const std::uint64_t allocations = g_allocations.load() - before;
     state.counters["allocs_per_quote"] = benchmark::Counter(
         static_cast<double>(allocations) / static_cast<double>(state.iterations()));
     const int expected = holding ? static_cast<int>(CAMTOrder::kExitNone)
@@ -128,14 +123,3 @@ BENCHMARK(BM_AmtStepExitFormulas);
 
 }  // namespace
 
-void* operator new(std::size_t n) {
-    g_allocations.fetch_add(1, std::memory_order_relaxed);
-    if (void* p = std::malloc(n ? n : 1)) return p;
-    throw std::bad_alloc();
-}
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}

@@ -9,31 +9,11 @@
 #include <ctime>
 #include <new>
 
+#include "alloc_count.h"
 #include "app/helmsman_manage.h"
 #include "robots/grids_spread.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
-
-// The replaced operators pair malloc with free on purpose; GCC cannot see that they match.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-#endif
-
-namespace {
-std::atomic<std::uint64_t> g_allocations{0};
-}
-
-void* operator new(std::size_t size) {
-    g_allocations.fetch_add(1, std::memory_order_relaxed);
-    if (void* p = std::malloc(size ? size : 1)) return p;
-    throw std::bad_alloc();
-}
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}
 
 namespace {
 
