@@ -1,0 +1,86 @@
+// The grid spread robot under replay. Its section [GridsSpread] holds the robot's own keys
+// with its own defaults (szSymbolCode1 / szSymbolCode2 for legs A and B, nSpreadLots1,
+// nSpreadLots2, bLong, nEveryLots, nMaxLots, nGridLots, dFirstGrid, dGridInterval, dWinGrid,
+// nMonitorEdge, nMonitorThreshold, nFixupOffset, nFilterLength, nFilterOffset, and the legs'
+// accounts strAccountID1 / strBrokerID1 / strAccountID2 / strBrokerID2). Both legs must be
+// among the replayed instruments. What a trader's session would fill in is taken from the
+// run when left out: a leg's exchange from its replayed instrument, an account from the run's
+// account (and its broker from the exchange's list).
+//
+// The robot is started before the first tick; a refusal (its box) stops the run.
+#include "app/helmsman_manage.h"
+#include "app/profile_ini.h"
+#include "replay/replay_tool.h"
+#include "replay/tools/replay_prompter.h"
+#include "robots/grids_spread.h"
+
+namespace {
+
+class GridsSpreadTool final : public replay::IReplayTool {
+public:
+    explicit GridsSpreadTool(CHelmsmanManage& manager)
+        : manager(manager), seat(manager, prompter), grid(manager) {
+        manager.registerWindow(grid.handle());
+    }
+    ~GridsSpreadTool() override { manager.unregisterWindow(grid.handle()); }
+    int timerPeriodMs() const override { return CGridsSpread::kTimerMs; }
+    void onTimer() override { grid.timerPass(); }
+
+    CHelmsmanManage& manager;
+    replay::ReplayPrompter prompter{false};
+    replay::PrompterSeat seat;
+    CGridsSpread grid;
+};
+
+// The broker of a logged-on account; empty when the exchange does not list it.
+std::string brokerOf(CSubscibeManage* host, const std::string& account) {
+    std::vector<tagAccoutInfo> accounts;
+    if (host) host->GetAvailableAccounts(accounts);
+    for (const tagAccoutInfo& a : accounts)
+        if (a.strAccountID == account) return a.strBrokerID;
+    return {};
+}
+
+// Fills a leg's exchange from the replayed instruments; false when the code is not replayed.
+bool findLeg(const replay::ToolContext& ctx, const std::string& code, std::uint16_t& exchange) {
+    for (const tagSymbol& s : ctx.symbols)
+        if (s.strCode == code) {
+            if (exchange == 0) exchange = s.wExchangeID;
+            return exchange == s.wExchangeID;
+        }
+    return false;
+}
+
+std::unique_ptr<replay::IReplayTool> makeGridsSpread(replay::ToolContext& ctx,
+                                                     std::string& error) {
+    GridsSpreadSettings s = readGridsSpreadSettings(ctx.settings);
+    const struct {
+        const char* key;
+        const std::string& code;
+        std::uint16_t& exchange;
+    } legs[] = {{"szSymbolCode1", s.szSymbolCode1, s.wExchangeID1},
+                {"szSymbolCode2", s.szSymbolCode2, s.wExchangeID2}};
+    for (const auto& leg : legs)
+        if (!findLeg(ctx, leg.code, leg.exchange)) {
+            error = std::string("[GridsSpread] ") + leg.key + ": instrument " +
+                    (leg.code.empty() ? "(none)" : leg.code) + " is not replayed";
+            return nullptr;
+        }
+    const std::string broker = brokerOf(ctx.manager.facade(), ctx.account);
+    for (auto [id, brokerId] : {std::pair{&s.strAccountID1, &s.strBrokerID1},
+                                std::pair{&s.strAccountID2, &s.strBrokerID2}}) {
+        if (id->empty()) *id = ctx.account;
+        if (brokerId->empty() && *id == ctx.account) *brokerId = broker;
+    }
+
+    auto tool = std::make_unique<GridsSpreadTool>(ctx.manager);
+    if (!tool->grid.setSettings(s) || !tool->grid.start()) {
+        error = "[GridsSpread] the robot does not start: " + tool->prompter.last();
+        return nullptr;
+    }
+    return tool;
+}
+
+const bool kRegistered = replay::registerTool("GridsSpread", &makeGridsSpread);
+
+}  // namespace
