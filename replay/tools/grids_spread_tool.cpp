@@ -8,6 +8,8 @@
 // account (and its broker from the exchange's list).
 //
 // The robot is started before the first tick; a refusal (its box) stops the run.
+#include <cstdio>
+
 #include "app/helmsman_manage.h"
 #include "app/profile_ini.h"
 #include "replay/replay_tool.h"
@@ -25,6 +27,25 @@ public:
     ~GridsSpreadTool() override { manager.unregisterWindow(grid.handle()); }
     int timerPeriodMs() const override { return CGridsSpread::kTimerMs; }
     void onTimer() override { grid.timerPass(); }
+    // Each open entry holds sizes().a of A and sizes().b of B the way the spread was taken:
+    // a bought spread is A long and B short.
+    replay::ToolHoldings holdings() const override {
+        replay::ToolHoldings h;
+        const GridsSpreadSettings& s = grid.settings();
+        const double sign = s.bLong ? 1 : -1;
+        const auto n = static_cast<double>(grid.entries().size());
+        h.positions[s.szSymbolCode1] += sign * n * grid.sizes().a;
+        h.positions[s.szSymbolCode2] -= sign * n * grid.sizes().b;
+        for (std::size_t i = 0; i < grid.entries().size(); ++i) {
+            const GridEntry& e = grid.entries()[i];
+            char line[160];
+            std::snprintf(line, sizeof line, "第%zu格 %s %.*f %s %.*f", i + 1,
+                          s.szSymbolCode1.c_str(), grid.decimalsA(), e.aFill,
+                          s.szSymbolCode2.c_str(), grid.decimalsB(), e.bFill);
+            h.lines.push_back(line);
+        }
+        return h;
+    }
 
     CHelmsmanManage& manager;
     replay::ReplayPrompter prompter{false};
