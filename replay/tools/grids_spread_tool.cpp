@@ -13,7 +13,7 @@
 #include "app/helmsman_manage.h"
 #include "app/profile_ini.h"
 #include "replay/replay_tool.h"
-#include "replay/tools/replay_prompter.h"
+#include "replay/tools/headless.h"
 #include "robots/grids_spread.h"
 
 namespace {
@@ -49,28 +49,9 @@ public:
 
     CHelmsmanManage& manager;
     replay::ReplayPrompter prompter{false};
-    replay::PrompterSeat seat;
+    replay::Seat seat;
     CGridsSpread grid;
 };
-
-// The broker of a logged-on account; empty when the exchange does not list it.
-std::string brokerOf(CSubscibeManage* host, const std::string& account) {
-    std::vector<tagAccoutInfo> accounts;
-    if (host) host->GetAvailableAccounts(accounts);
-    for (const tagAccoutInfo& a : accounts)
-        if (a.strAccountID == account) return a.strBrokerID;
-    return {};
-}
-
-// Fills a leg's exchange from the replayed instruments; false when the code is not replayed.
-bool findLeg(const replay::ToolContext& ctx, const std::string& code, std::uint16_t& exchange) {
-    for (const tagSymbol& s : ctx.symbols)
-        if (s.strCode == code) {
-            if (exchange == 0) exchange = s.wExchangeID;
-            return exchange == s.wExchangeID;
-        }
-    return false;
-}
 
 std::unique_ptr<replay::IReplayTool> makeGridsSpread(replay::ToolContext& ctx,
                                                      std::string& error) {
@@ -82,12 +63,12 @@ std::unique_ptr<replay::IReplayTool> makeGridsSpread(replay::ToolContext& ctx,
     } legs[] = {{"szSymbolCode1", s.szSymbolCode1, s.wExchangeID1},
                 {"szSymbolCode2", s.szSymbolCode2, s.wExchangeID2}};
     for (const auto& leg : legs)
-        if (!findLeg(ctx, leg.code, leg.exchange)) {
+        if (!replay::findReplayed(ctx, leg.code, leg.exchange)) {
             error = std::string("[GridsSpread] ") + leg.key + ": instrument " +
                     (leg.code.empty() ? "(none)" : leg.code) + " is not replayed";
             return nullptr;
         }
-    const std::string broker = brokerOf(ctx.manager.facade(), ctx.account);
+    const std::string broker = replay::brokerOf(ctx.manager.facade(), ctx.account);
     for (auto [id, brokerId] : {std::pair{&s.strAccountID1, &s.strBrokerID1},
                                 std::pair{&s.strAccountID2, &s.strBrokerID2}}) {
         if (id->empty()) *id = ctx.account;
