@@ -150,3 +150,45 @@ TEST(ReplayTools, GridRefusesWhatItCannotRun) {
         EXPECT_NE(run.error.find(c.error), std::string::npos) << run.error;
     }
 }
+
+// One instrument's tool on methanol at 2786 / 2787 that dips to 2785 / 2786 and rises to
+// 2790 / 2791 at 10:00:02: it buys one lot and sells it into the rise, and holds by its books
+// what the exchange holds for the account.
+TEST(ReplayTools, SingleInstrumentToolsTradeTheRise) {
+    const std::string rising = tickFile({{"10:00:00.000", 2786, 2786, 2787},
+                                         {"10:00:01.000", 2785, 2785, 2786},
+                                         {"10:00:02.000", 2790, 2790, 2791},
+                                         {"10:00:03.000", 2790, 2790, 2791}});
+    struct Case {
+        const char* tool;
+        std::string settings;
+        double buy, sell;    // the fills
+        const char* remark;  // a part of the closing order's remark
+    } const cases[] = {
+        // Enters while the last is at or under 2786 at the ask; takes 2 points of profit over
+        // the entry (2789) at the bid once the last reaches it.
+        {"AMTORDER",
+         "[AMTORDER]\r\nszSymbolCode=MA805\r\nbEntryPriceCon=1\r\nnEntryPriceCon=1\r\n"
+         "dEntryPrice=2786\r\nbTakeProfit=1\r\nnTakeProfitPoint=2\r\n",
+         2787, 2790, "条件通"},
+        // The first rung rests at the last price 2786, traded through by the dip; its close
+        // rests 2 ticks higher (2788), traded through by the rise.
+        {"Blader", "[Blader]\r\nszSymbolCode=MA805\r\nnMaxPos=1\r\nnWinPoint=2\r\nnTimeExit=0\r\n",
+         2786, 2788, "|tx|"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.tool);
+        Replayed run;
+        replayDay(run, c.tool, rising, kSugar, c.settings);
+        ASSERT_TRUE(run.prepared) << run.error;
+        const auto& fills = run.result.fills;
+        ASSERT_EQ(fills.size(), 2u);
+        EXPECT_EQ(fills[0].nDirection, kDirBuy);
+        EXPECT_DOUBLE_EQ(fills[0].dPrice, c.buy);
+        EXPECT_EQ(fills[1].nDirection, kDirSell);
+        EXPECT_DOUBLE_EQ(fills[1].dPrice, c.sell);
+        EXPECT_NE(fills[1].strRemark.find(c.remark), std::string::npos) << fills[1].strRemark;
+        EXPECT_EQ(run.result.holdings.positions.at("MA805"), 0);
+        EXPECT_EQ(run.journal.entries().size(), run.result.orders.size());
+    }
+}
