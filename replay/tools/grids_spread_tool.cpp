@@ -53,8 +53,7 @@ public:
     CGridsSpread grid;
 };
 
-std::unique_ptr<replay::IReplayTool> makeGridsSpread(replay::ToolContext& ctx,
-                                                     std::string& error) {
+std::unique_ptr<replay::IReplayTool> makeGridsSpread(replay::ToolContext& ctx, std::string& error) {
     GridsSpreadSettings s = readGridsSpreadSettings(ctx.settings);
     const struct {
         const char* key;

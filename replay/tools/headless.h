@@ -81,8 +81,7 @@ inline std::string brokerOf(CSubscibeManage* host, const std::string& account) {
 }
 
 // Whether `code` is a replayed instrument; an exchange left at 0 takes the instrument's.
-inline bool findReplayed(const ToolContext& ctx, const std::string& code,
-                         std::uint16_t& exchange) {
+inline bool findReplayed(const ToolContext& ctx, const std::string& code, std::uint16_t& exchange) {
     for (const tagSymbol& s : ctx.symbols)
         if (s.strCode == code) {
             if (exchange == 0) exchange = s.wExchangeID;
