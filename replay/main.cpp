@@ -1,6 +1,7 @@
 // helmsman-replay: runs one tool over recorded ticks through the simulated exchange on
 // virtual time and writes what it did. See README.md ("Replaying a past day").
 #include <CLI/CLI.hpp>
+
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
