@@ -11,6 +11,9 @@
 #include "replay/replay_output.h"
 #include "replay/replay_runner.h"
 #include "replay/replay_tool.h"
+#ifdef HELMSMAN_REPLAY_JOURNAL_DB
+#include "journal/sqlite_order_journal.h"
+#endif
 
 int main(int argc, char** argv) {
     CLI::App app{"Replays recorded ticks through the simulated exchange with one tool deciding."};
@@ -28,15 +31,29 @@ int main(int argc, char** argv) {
         ->check(CLI::ExistingFile);
     app.add_option("--account", options.account, "the account the tool trades")
         ->capture_default_str();
-    app.add_option("--out", out, "folder for orders.csv, fills.csv, journal.csv, chart.svg")
+    app.add_option("--out", out,
+                   "folder for orders.csv, fills.csv, journal.csv, journal.db, chart.svg")
         ->capture_default_str();
     CLI11_PARSE(app, argc, argv);
 
     std::error_code ec;
     std::filesystem::create_directories(out, ec);
     // The journal the tool records its orders in, written out as journal.csv; a journal file
-    // in `out` is the further journal handed to it.
-    replay::RecordingJournal journal;
+    // in `out` is the further journal handed to it, started afresh so it holds this run only.
+    IOrderJournal* further = nullptr;
+#ifdef HELMSMAN_REPLAY_JOURNAL_DB
+    const std::filesystem::path db = std::filesystem::path(out) / "journal.db";
+    for (const char* suffix : {"", "-wal", "-shm"})
+        std::filesystem::remove(db.string() + suffix, ec);
+    std::string dbError;
+    auto sqlite = SqliteOrderJournal::open(db, &dbError);
+    if (!sqlite) {
+        std::cerr << "helmsman-replay: " << dbError << "\n";
+        return 1;
+    }
+    further = sqlite.get();
+#endif
+    replay::RecordingJournal journal(further);
     replay::ReplayRunner runner(options, &journal);
     std::string error;
     if (!runner.prepare(error)) {

@@ -95,6 +95,7 @@ std::string summaryText(const ReplayResult& r, const ReplayOptions& o) {
     s += "净盈亏: " + money(r.netPnl) + "\n";
     s += "最大回撤: " + money(r.maxDrawdown) + "\n";
     s += "最大持仓: " + lots(r.maxPosition) + "\n";
+    for (const auto& line : r.holdings.lines) s += "工具持有: " + line + "\n";
     return s;
 }
 

@@ -271,6 +271,7 @@ ReplayResult ReplayRunner::run(const std::function<void(std::size_t, std::size_t
     w.sim->GetAllBargains(fills);
     for (auto& f : fills)
         if (f.strAccountID == w.opt.account) w.res.fills.push_back(std::move(f));
+    w.res.holdings = w.tool->holdings();
     w.res.grossPnl = w.grossPnl();
     w.res.netPnl = w.res.grossPnl - w.res.commission;
     if (w.res.curve.empty() || w.res.curve.back().timeMs != w.res.lastMs) w.sample(w.res.lastMs);

@@ -26,6 +26,7 @@
 
 #include "app/order_journal.h"
 #include "host/records.h"
+#include "replay/replay_tool.h"
 #include "sim/tick_file.h"
 
 namespace replay {
@@ -61,6 +62,7 @@ struct ReplayResult {
     double maxDrawdown = 0;  // largest fall of net P&L from an earlier high (>= 0)
     double maxPosition = 0;  // largest absolute position of any instrument, lots
     std::vector<CurvePoint> curve;
+    ToolHoldings holdings;  // the tool's own books at the end
 };
 
 class ReplayRunner {

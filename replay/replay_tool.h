@@ -12,6 +12,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -32,6 +33,14 @@ struct ToolContext {
     std::int64_t startMs = 0;      // calendar ms of the first tick
 };
 
+// What a tool holds at the end by its own books: signed lots per instrument code (long
+// positive), to be set against the exchange's position, and one line per open item for the
+// summary.
+struct ToolHoldings {
+    std::map<std::string, double> positions;
+    std::vector<std::string> lines;
+};
+
 // A tool being replayed. Built and used on the runner's thread only.
 class IReplayTool {
 public:
@@ -40,6 +49,8 @@ public:
     virtual int timerPeriodMs() const = 0;
     // One timer pass at the clock's current time.
     virtual void onTimer() = 0;
+    // What it holds by its own books (nothing for a tool that keeps none).
+    virtual ToolHoldings holdings() const { return {}; }
 };
 
 // Builds the tool, or returns null with the reason in `error` (a bad settings line...).
