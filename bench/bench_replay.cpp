@@ -35,17 +35,8 @@ std::string settingsFile() {
     return path;
 }
 
-void BM_ReplayDays(benchmark::State& state) {
-    const char* days[] = {"IF2101_20210104.csv", "IF2101_20210105.csv", "IF2101_20210106.csv"};
-    replay::ReplayOptions o;
-    for (int i = 0; i < state.range(0); ++i)
-        o.tickFiles.push_back((dataDir() / "ticks" / days[i]).string());
-    if (!std::filesystem::exists(o.tickFiles.back())) {
-        state.SkipWithError("no shared data");
-        return;
-    }
-    o.tool = "LocalTrigger";
-    o.settingsFile = settingsFile();
+// Times run() only: reading and parsing the files (prepare) and tearing down are outside.
+void timeRuns(benchmark::State& state, const replay::ReplayOptions& o) {
     std::size_t ticks = 0;
     for (auto _ : state) {
         state.PauseTiming();
@@ -67,6 +58,43 @@ void BM_ReplayDays(benchmark::State& state) {
     state.SetItemsProcessed(static_cast<std::int64_t>(ticks * state.iterations()));
     state.counters["ticks"] = static_cast<double>(ticks);
 }
+
+void BM_ReplayDays(benchmark::State& state) {
+    const char* days[] = {"IF2101_20210104.csv", "IF2101_20210105.csv", "IF2101_20210106.csv"};
+    replay::ReplayOptions o;
+    for (int i = 0; i < state.range(0); ++i)
+        o.tickFiles.push_back((dataDir() / "ticks" / days[i]).string());
+    if (!std::filesystem::exists(o.tickFiles.back())) {
+        state.SkipWithError("no shared data");
+        return;
+    }
+    o.tool = "LocalTrigger";
+    o.settingsFile = settingsFile();
+    timeRuns(state, o);
+}
 BENCHMARK(BM_ReplayDays)->DenseRange(1, 3)->Unit(benchmark::kMillisecond);
+
+// The grid spread robot over two instruments of one day (MA805 against SR805, 60,267 ticks,
+// night session first), deciding on every quote of either leg and on its 500 ms timer, with
+// the example's four levels.
+void BM_ReplayGrid(benchmark::State& state) {
+    replay::ReplayOptions o;
+    for (const char* f : {"MA805_20180201.csv", "SR805_20180201.csv"})
+        o.tickFiles.push_back((dataDir() / "ticks" / f).string());
+    if (!std::filesystem::exists(o.tickFiles.back())) {
+        state.SkipWithError("no shared data");
+        return;
+    }
+    const auto ini = std::filesystem::temp_directory_path() / "helmsman_bench_grid.ini";
+    std::ofstream(ini, std::ios::binary)
+        << "[GridsSpread]\nszSymbolCode1=MA805\nszSymbolCode2=SR805\nnSpreadLots1=1\n"
+           "nSpreadLots2=1\nbLong=0\nnEveryLots=1\nnMaxLots=4\nnGridLots=1\ndFirstGrid=-2990\n"
+           "dGridInterval=5\ndWinGrid=5\nnMonitorEdge=10\nnMonitorThreshold=1\nnFixupOffset=1\n"
+           "nFilterLength=300\nnFilterOffset=4\n";
+    o.tool = "GridsSpread";
+    o.settingsFile = ini.string();
+    timeRuns(state, o);
+}
+BENCHMARK(BM_ReplayGrid)->Unit(benchmark::kMillisecond);
 
 }  // namespace
