@@ -11,25 +11,11 @@
 #include <QRadioButton>
 #include <QSpinBox>
 
+#include "amt/amt_fixture.h"
 #include "amt/amt_strings.h"
-#include "app/helmsman_manage.h"
-#include "support/fake_host.h"
 #include "support/qt_app.h"
-#include "support/quote_builders.h"
-#include "support/scripted.h"
-#include "support/temp_dir.h"
 
 namespace {
-
-// Calendar milliseconds of 2021-01-04 10:00 local time: the financial futures trade.
-std::int64_t tenOClock() {
-    std::tm tm{};
-    tm.tm_year = 121;
-    tm.tm_mday = 4;
-    tm.tm_hour = 10;
-    tm.tm_isdst = -1;
-    return fromLocalTm(tm) * 1000;
-}
 
 class AmtWindowTest : public ::testing::Test {
 protected:
@@ -59,17 +45,8 @@ protected:
     }
 
     TempDir root{"amtui"};
-    struct : FakeHost {
-        std::map<std::string, std::string> table;
-        bool GetConfigFileProperty(const std::string&, const std::string& section,
-                                   const std::string& key, std::string& value) override {
-            auto it = table.find(section + "|" + key);
-            if (it == table.end()) return false;
-            value = it->second;
-            return true;
-        }
-    } host;
-    ManualClock clock{tenOClock()};
+    amttest::FormulaHost host;
+    ManualClock clock{testday::localMs(10, 0)};  // the financial futures trade
     ScriptedPrompter prompter;
     ScriptedUi ui;
     CHelmsmanManage manager;
