@@ -17,39 +17,22 @@
 
 namespace {
 
-class AmtWindowTest : public ::testing::Test {
+// The strategy's fixture with the instrument lists the window offers and a quote to start on.
+class AmtWindowTest : public amttest::AmtTest {
 protected:
     AmtWindowTest() {
         testApp();
-        host.accounts = {FakeHost::account("880001", "9999", "模拟账户一")};
         host.exchanges = {{3, "中国金融期货交易所"}};
         host.symbolsByExchange[3] = {{3, "IF2101"}, {3, "IF2102"}};
-        host.details["IF2101"] = contractDetail(0.2f, 1, 300);
         host.details["IF2102"] = contractDetail(0.2f, 1, 300);
         host.quotes["IF2101"] = TickBuilder(3, "IF2101").last(5230).bid(5229.8, 3).ask(5230, 4);
-        manager.setClock(&clock);
-        manager.setPrompter(&prompter);
-        manager.setUi(&ui);
-        manager.init(1, &host, root.string(), "demo", 0);
         window = std::make_unique<AMTOrderWindow>(manager);
-    }
-    ~AmtWindowTest() override {
-        window.reset();
-        manager.setClock(nullptr);
-        manager.setPrompter(nullptr);
-        manager.setUi(nullptr);
     }
     template <class T>
     T* find(const char* name) {
         return window->findChild<T*>(name);
     }
 
-    TempDir root{"amtui"};
-    amttest::FormulaHost host;
-    ManualClock clock{testday::localMs(10, 0)};  // the financial futures trade
-    ScriptedPrompter prompter;
-    ScriptedUi ui;
-    CHelmsmanManage manager;
     std::unique_ptr<AMTOrderWindow> window;
 };
 
