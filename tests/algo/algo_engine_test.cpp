@@ -163,22 +163,6 @@ TEST_F(EngineTest, ARefusedSliceIsOverAndTheNextWaitsItsInterval) {
     EXPECT_DOUBLE_EQ(o->filled(), 0);
 }
 
-TEST_F(EngineTest, TotalTimePacingNeverSendsFasterThanHalfASecond) {
-    tagAlgoSetting s = lots(1);
-    s.nTimeType = 1;
-    s.nTimeTotal = 1;
-    engine->add(parent(20), s, true);
-    for (int i = 0; i < 200; ++i) {
-        const std::size_t before = host.sent.size();
-        after(100);
-        if (host.sent.size() > before) engine->onOrderChanged(report(before, kOrderFilled, 1));
-    }
-    std::vector<std::int64_t> times;
-    for (const auto& e : (engine->drainJournal(), journal.entries)) times.push_back(e.timeMs);
-    ASSERT_EQ(times.size(), 20u);
-    for (std::size_t i = 1; i < times.size(); ++i) EXPECT_GE(times[i] - times[i - 1], 500);
-}
-
 TEST_F(EngineTest, ReloadNeverDoublesASlice) {
     struct Case {
         const char* what;

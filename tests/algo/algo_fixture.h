@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <memory>
 #include <vector>
 
@@ -13,21 +12,13 @@
 #include "app/helmsman_manage.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
+#include "support/recording_journal.h"
 #include "support/temp_dir.h"
+#include "support/test_day.h"
 
 namespace algotest {
 
-// Calendar milliseconds of 2021-01-04 hh:mm:ss local time.
-inline std::int64_t localMs(int hh, int mm, int ss = 0) {
-    std::tm tm{};
-    tm.tm_year = 121;
-    tm.tm_mday = 4;
-    tm.tm_hour = hh;
-    tm.tm_min = mm;
-    tm.tm_sec = ss;
-    tm.tm_isdst = -1;
-    return fromLocalTm(tm) * 1000;
-}
+using testday::localMs;
 
 // A buy (or sell) of `total` lots of XX on exchange 7 (no sessions), tick 1.
 inline CAlgoOrder order(const tagAlgoSetting& s, int direction = kDirBuy, int total = 10,
@@ -45,12 +36,6 @@ inline IModuleFutureTrader::ITickEx quote(double bid, double bidVol, double ask,
                                           double last) {
     return TickBuilder(7, "XX").bid(bid, bidVol).ask(ask, askVol).last(last);
 }
-
-class RecordingJournal : public IOrderJournal {
-public:
-    std::vector<JournalEntry> entries;
-    void record(const JournalEntry& e) override { entries.push_back(e); }
-};
 
 // A manager on the fake host at 10:00 with one engine; XX trades all day.
 class EngineTest : public ::testing::Test {
@@ -90,7 +75,7 @@ protected:
 
     TempDir root{"algo"};
     FakeHost host;
-    ManualClock clock{localMs(10, 0) };
+    ManualClock clock{localMs(10, 0)};
     RecordingJournal journal;
     CHelmsmanManage manager;
     std::unique_ptr<CAlgoEngine> engine;

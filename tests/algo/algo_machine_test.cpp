@@ -45,10 +45,8 @@ TEST(AlgoMachine, EveryTransition) {
         {1, 3, 5, 0, 10, false, ""},
         {1, 6, 3, 0, 8, false, ""},
         {1, 4, 0, 0, 5, false, ""},
-        {1, 5, 0, 0, 5, false, ""},
         {1, 8, 1, 0, 6, false, ""},
         {1, 11, 0, 1, 5, true, "发送中..."},
-        {1, 0, 0, 99, 5, true, "算法单委托发送后续状态出错，新状态=0"},
         {1, 7, 0, 99, 5, true, "算法单委托发送后续状态出错，新状态=7"},
         // 2 委托已报
         {2, 3, 5, 0, 10, false, ""},
@@ -57,8 +55,6 @@ TEST(AlgoMachine, EveryTransition) {
         {2, 1, 0, 2, 5, true, "已报"},
         {2, 2, 1, 2, 6, true, "部分成交"},
         {2, 5, 0, 99, 5, true, "算法单外部撤单或过期！,新状态=5"},
-        {2, 7, 0, 99, 5, true, "算法单外部撤单或过期！,新状态=7"},
-        {2, 8, 0, 99, 5, true, "算法单外部撤单或过期！,新状态=8"},
         {2, 11, 0, 99, 5, true, "算法单外部撤单或过期！,新状态=11"},
         // 3 撤单中
         {3, 4, 0, 0, 5, false, ""},
@@ -68,13 +64,11 @@ TEST(AlgoMachine, EveryTransition) {
         {3, 1, 0, 3, 5, true, "已报"},
         {3, 7, 0, 3, 5, true, "撤单中..."},
         {3, 5, 0, 99, 5, true, "算法单撤单处理失败，请手动处理,新状态=5"},
-        {3, 8, 0, 99, 5, true, "算法单撤单处理失败，请手动处理,新状态=8"},
         // 4 部分成交 (2 of 5 filled)
         {4, 3, 5, 0, 10, false, ""},
         {4, 6, 3, 0, 8, false, ""},
         {4, 2, 4, 4, 9, true, "部分成交"},
         {4, 4, 2, 99, 7, true, "算法单部分成交单后续状态处理失败，请手动处理,新状态=4"},
-        {4, 7, 2, 99, 7, true, "算法单部分成交单后续状态处理失败，请手动处理,新状态=7"},
         {4, 1, 2, 99, 7, true, "算法单部分成交单后续状态处理失败，请手动处理,新状态=1"},
     };
     for (const auto& c : cases) {
@@ -111,12 +105,10 @@ TEST(AlgoMachine, StepByState) {
         {"cancelled", 0, kRunCancelled, false, false, "", 9999, -1, AlgoAction::None},
         {"stopped", 99, kRunRunning, true, false, "7", 9999, -1, AlgoAction::None},
         {"sent, no id", 1, kRunRunning, true, false, "", 9999, -1, AlgoAction::None},
-        {"sent, waiting", 1, kRunRunning, true, false, "7", 10, -1, AlgoAction::None},
         {"sent, overdue", 1, kRunRunning, true, false, "7", 5000, -1, AlgoAction::QuerySlice},
         {"queued, waiting", 2, kRunRunning, true, false, "7", 4999, -1, AlgoAction::None},
         {"queued, overdue", 2, kRunRunning, true, false, "7", 5000, -1, AlgoAction::QuerySlice},
         {"part filled, overdue", 4, kRunRunning, true, false, "7", 5000, -1, AlgoAction::QuerySlice},
-        {"queued, no id", 2, kRunRunning, true, false, "", 9999, -1, AlgoAction::None},
         {"cancel fresh", 3, kRunRunning, true, false, "7", 9999, 4999, AlgoAction::None},
         {"cancel repeat", 3, kRunRunning, true, false, "7", 9999, 5000, AlgoAction::QuerySlice},
         {"cancelled, slice out", 2, kRunCancelled, true, false, "7", 10, -1, AlgoAction::QuerySlice},

@@ -64,7 +64,6 @@ TEST(AlgoRules, SliceSize) {
         int expected;
     } cases[] = {
         {"fixed", fixed(3), kDirBuy, 10, 0, kPaceNormal, 100, 3},
-        {"margin 0 keeps the fixed size", fixed(1, 1), kDirBuy, 10, 0, kPaceNormal, 100, 1},
         {"randomised at tick 1000", fixed(10, 50), kDirBuy, 20, 0, kPaceNormal, 100, 6},
         {"ratio of the ask volume", ratio(50), kDirBuy, 10, 0, kPaceNormal, 100, 3},
         {"ratio of the bid volume", ratio(50), kDirSell, 10, 0, kPaceNormal, 100, 4},

@@ -1,6 +1,6 @@
 // Whole orders worked to the end against the simulated exchange on a manual clock, through the
-// real event flow, with refused slices and dropped, late and duplicated reports; a kill and
-// reload in the middle; and the worker thread driving the same engine.
+// real event flow, with refused slices and dropped, late and duplicated reports; and the
+// worker thread driving the same engine.
 #include <chrono>
 #include <map>
 #include <thread>
@@ -8,29 +8,11 @@
 #include "algo/algo_worker.h"
 #include "algo_fixture.h"
 #include "sim/sim_exchange.h"
+#include "support/manager_sink.h"
 
 using namespace algotest;
 
 namespace {
-
-// Forwards the exchange's events as the host does.
-class HostSink : public ISimEventSink {
-public:
-    explicit HostSink(CHelmsmanManage& m) : m_manager(m) {}
-    void onDataChange(std::uint32_t code, std::uintptr_t data) override {
-        m_manager.dataChange(code, data);
-    }
-    void onLogonStateChange(std::uint32_t code, std::uintptr_t data) override {
-        m_manager.logonStateChange(code, data);
-    }
-    void onWindowMessage(std::uint32_t hWnd, std::uint32_t msg, std::uintptr_t w,
-                         std::uintptr_t l) override {
-        m_manager.sendMessage(hWnd, msg, w, l);
-    }
-
-private:
-    CHelmsmanManage& m_manager;
-};
 
 class AlgoOnSim : public ::testing::Test {
 protected:
@@ -94,7 +76,7 @@ protected:
     ManualClock clock{localMs(10, 0)};
     SimExchange sim{clock};
     CHelmsmanManage manager;
-    HostSink sink{manager};
+    ManagerSink sink{manager};
 };
 
 }  // namespace
@@ -120,39 +102,6 @@ TEST_F(AlgoOnSim, WorksAHundredLotsToTheEndThroughFaults) {
     EXPECT_EQ(doubled, 0);
     EXPECT_GE(sim.stats().ordersRejected, 2u);
     EXPECT_GE(sim.stats().eventsDropped, 4u);
-}
-
-TEST_F(AlgoOnSim, AKillAndReloadContinueWithoutADoubledSlice) {
-    const auto file = root / "user" / "demo" / "algoOrders.dat";
-    int i = 0;
-    {
-        CAlgoEngine engine(manager);
-        auto o = engine.add(parent(60), setting(), true);
-        for (; i < 4000 && o->filled() < 25; ++i) tickOnce(engine, i);
-        // One more send so a slice is out when the process dies.
-        for (; i < 4000 && !o->sliceOut(); ++i) tickOnce(engine, i);
-        ASSERT_TRUE(o->sliceOut());
-    }  // killed
-    for (int k = 0; k < 6; ++k, ++i) {  // the market goes on; the slice's reports go nowhere
-        clock.advanceMs(250);
-        sim.step();
-        sim.deliverPending();
-    }
-    CAlgoEngine engine(manager, file);
-    ASSERT_EQ(engine.load(), 1);
-    auto o = engine.find(1);
-    ASSERT_TRUE(o);
-    EXPECT_EQ(o->m_nRun, kRunPaused);
-    EXPECT_TRUE(engine.start(1));
-    for (; i < 8000 && !o->finished(); ++i) {
-        tickOnce(engine, i);
-        ASSERT_NE(o->m_nState, kAlgoError) << o->m_strMessage;
-    }
-    for (int k = 0; k < 8; ++k) tickOnce(engine, i + k);
-    EXPECT_DOUBLE_EQ(o->filled(), 60);
-    int doubled = 0;
-    EXPECT_DOUBLE_EQ(slicesFilled(doubled), 60);
-    EXPECT_EQ(doubled, 0);
 }
 
 TEST_F(AlgoOnSim, TheWorkerThreadDrivesTheEngine) {

@@ -80,10 +80,13 @@ TEST_F(AmtTest, EntryGivesTheFirstFailingCheck) {
     }
 }
 
-TEST_F(AmtTest, EntryOutsideTradingTime) {
+TEST_F(AmtTest, NeitherEntryNorExitOutsideTradingTime) {
+    quote(5230, 5229.8, 5230);
+    ASSERT_EQ(enter(), CAMTOrder::kEntrySent);
     at(12, 0, 0);  // lunch on the financial futures exchange
     quote(5230, 5229.8, 5230);
     EXPECT_EQ(enter(), CAMTOrder::kEntryNotTrading);
+    EXPECT_EQ(leave(), CAMTOrder::kExitNotTrading);
 }
 
 struct PriceCase {
@@ -179,14 +182,9 @@ TEST_F(AmtTest, JournalSaysWhichConditionSentAndThePrices) {
     const JournalEntry& out = journal.entries[1];
     EXPECT_EQ(out.reason, amt_text::kReasonStopLoss);
     EXPECT_EQ(out.order.nOpenClose, kClose);
-    auto figure = [&](const char* name) {
-        for (const auto& f : out.figures)
-            if (f.name == name) return f.value;
-        return -1.0;
-    };
-    EXPECT_DOUBLE_EQ(figure("level"), 5229);  // 5230 less 5 points of 0.2
-    EXPECT_DOUBLE_EQ(figure("last"), 5229);
-    EXPECT_DOUBLE_EQ(figure("base"), 5230);
+    EXPECT_DOUBLE_EQ(journal.figure(1, "level"), 5229);  // 5230 less 5 points of 0.2
+    EXPECT_DOUBLE_EQ(journal.figure(1, "last"), 5229);
+    EXPECT_DOUBLE_EQ(journal.figure(1, "base"), 5230);
 }
 
 TEST_F(AmtTest, StepWaitsForTheStartTimeAndTheDelayAndShowsTheCodes) {

@@ -52,6 +52,7 @@ TEST_F(AmtExitTest, StopsAndTrailingStops) {
         p.bTrailingStop = 1, p.nTrailingStart = 5, p.nTrailingStopType = 1, p.nTrailingStopSet = 50;
     };
     using namespace amt_text;
+    // clang-format off
     const StopCase cases[] = {
         {"long stop at base less 5", 1, stop, {}, 95, CAMTOrder::kExitSent, kReasonStopLoss},
         {"long stop not yet", 1, stop, {}, 96, CAMTOrder::kExitNone, nullptr},
@@ -59,42 +60,24 @@ TEST_F(AmtExitTest, StopsAndTrailingStops) {
         {"long profit at base plus 8", 1, profit, {}, 108, CAMTOrder::kExitSent, kReasonTakeProfit},
         {"short profit at base less 8", 0, profit, {}, 92, CAMTOrder::kExitSent, kReasonTakeProfit},
         {"short profit not yet", 0, profit, {}, 93, CAMTOrder::kExitNone, nullptr},
-        {"ticks: gives back 3 from 110",
-         1,
-         ticks,
-         {110},
-         107,
-         CAMTOrder::kExitSent,
-         kReasonTrailing},
+        {"ticks: gives back 3 from 110", 1, ticks, {110}, 107, CAMTOrder::kExitSent, kReasonTrailing},
         {"ticks: 108 is not enough", 1, ticks, {110}, 108, CAMTOrder::kExitNone, nullptr},
         {"ticks: not armed below 5 of profit", 1, ticks, {104}, 101, CAMTOrder::kExitNone, nullptr},
-        {"ticks short: from 90 back to 93",
-         0,
-         ticks,
-         {90},
-         93,
-         CAMTOrder::kExitSent,
-         kReasonTrailing},
+        {"ticks short: from 90 back to 93", 0, ticks, {90}, 93, CAMTOrder::kExitSent, kReasonTrailing},
         // Percent 50, long, base 100, extreme 110, start 5: exit when last <= 105.
         {"percent: at 105", 1, percent, {110}, 105, CAMTOrder::kExitSent, kReasonTrailing},
         {"percent: 106 holds", 1, percent, {110}, 106, CAMTOrder::kExitNone, nullptr},
-        {"percent short: base 100, low 90, back to 95",
-         0,
-         percent,
-         {90},
-         95,
-         CAMTOrder::kExitSent,
-         kReasonTrailing},
+        {"percent short: low 90, back to 95", 0, percent, {90}, 95, CAMTOrder::kExitSent, kReasonTrailing},
     };
+    // clang-format on
+    const tagAMTParams base = params;
     for (const StopCase& c : cases) {
         SCOPED_TRACE(c.name);
-        tagAMTParams p = params;
-        p.bLong = c.isLong;
-        c.set(p);
+        params = base;
+        params.bLong = c.isLong;
+        c.set(params);
         core = std::make_unique<CAMTOrder>(manager);
-        core->setParams(p);
-        const tagAMTParams keep = params;
-        params = p;
+        apply();
         journal.entries.clear();
         openAt(100, c.path);
         EXPECT_EQ(exitAt(c.last), c.expected);
@@ -102,7 +85,6 @@ TEST_F(AmtExitTest, StopsAndTrailingStops) {
             ASSERT_EQ(journal.entries.size(), 2u);
             EXPECT_EQ(journal.entries[1].reason, c.reason);
         }
-        params = keep;
     }
 }
 
@@ -141,16 +123,6 @@ TEST_F(AmtExitTest, ResultCodes) {
     params.nEveryLots = 0;
     apply();
     EXPECT_EQ(exitAt(100), CAMTOrder::kExitNoLots);
-}
-
-TEST_F(AmtExitTest, ExitOutsideTradingTime) {
-    params.wExchangeID = 3;
-    params.szSymbolCode = "IF2101";
-    apply();
-    quote(5230, 5229.8, 5230);
-    ASSERT_EQ(enter(), CAMTOrder::kEntrySent);
-    at(12, 0, 0);
-    EXPECT_EQ(leave(), CAMTOrder::kExitNotTrading);
 }
 
 TEST_F(AmtExitTest, ExitAtTime) {

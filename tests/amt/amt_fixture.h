@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <map>
 #include <memory>
 
@@ -14,22 +13,15 @@
 #include "app/helmsman_manage.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
+#include "support/recording_journal.h"
 #include "support/scripted.h"
 #include "support/temp_dir.h"
+#include "support/test_day.h"
 
 namespace amttest {
 
 // Calendar seconds of 2021-01-04 hh:mm:ss local time.
-inline std::int64_t localSec(int hh, int mm, int ss) {
-    std::tm tm{};
-    tm.tm_year = 121;
-    tm.tm_mday = 4;
-    tm.tm_hour = hh;
-    tm.tm_min = mm;
-    tm.tm_sec = ss;
-    tm.tm_isdst = -1;
-    return fromLocalTm(tm);
-}
+inline std::int64_t localSec(int hh, int mm, int ss) { return testday::localMs(hh, mm, ss) / 1000; }
 
 // The fake host with a "tblprofile" table: section|key -> text.
 struct FormulaHost : FakeHost {
@@ -44,11 +36,6 @@ struct FormulaHost : FakeHost {
         value = it->second;
         return true;
     }
-};
-
-struct RecordingJournal : IOrderJournal {
-    std::vector<JournalEntry> entries;
-    void record(const JournalEntry& e) override { entries.push_back(e); }
 };
 
 class AmtTest : public ::testing::Test {

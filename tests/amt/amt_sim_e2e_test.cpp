@@ -7,27 +7,10 @@
 #include "amt/amt_strings.h"
 #include "app/helmsman_manage.h"
 #include "sim/sim_test_util.h"
+#include "support/manager_sink.h"
 #include "support/scripted.h"
 
 namespace {
-
-class HostSink : public ISimEventSink {
-public:
-    explicit HostSink(CHelmsmanManage& m) : m_manager(m) {}
-    void onDataChange(std::uint32_t code, std::uintptr_t data) override {
-        m_manager.dataChange(code, data);
-    }
-    void onLogonStateChange(std::uint32_t code, std::uintptr_t data) override {
-        m_manager.logonStateChange(code, data);
-    }
-    void onWindowMessage(std::uint32_t hWnd, std::uint32_t msg, std::uintptr_t w,
-                         std::uintptr_t l) override {
-        m_manager.sendMessage(hWnd, msg, w, l);
-    }
-
-private:
-    CHelmsmanManage& m_manager;
-};
 
 double longHeld(SimExchange& sim) {
     tagOpenedPosition p;
@@ -48,7 +31,7 @@ TEST(AmtOnSim, EntersInStepsTrailsAndLeavesWithTheExchangeAgreeing) {
     manager.setPrompter(&prompter);
     manager.setUi(&ui);
     manager.init(1, &sim, "/nonexistent-helmsman-amt", "demo", 0);
-    HostSink sink(manager);
+    ManagerSink sink(manager);
     sim.setEventSink(&sink);
     sim.step();
     sim.deliverPending();

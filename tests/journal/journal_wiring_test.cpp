@@ -2,17 +2,12 @@
 // alone what a tool records itself; a fired local trigger, through the real trigger core,
 // lands in the SQLite journal with its reason in words and numbers.
 #include "journal/sqlite_order_journal.h"
+#include "support/recording_journal.h"
 #include "trigger/trigger_fixture.h"
 
 using namespace trigtest;
 
 namespace {
-
-class RecordingJournal : public IOrderJournal {
-public:
-    std::vector<JournalEntry> entries;
-    void record(const JournalEntry& e) override { entries.push_back(e); }
-};
 
 tagBrokerOrder order(double volume) {
     tagBrokerOrder o = brokerOrder("880001", "IF2101", kDirBuy, volume, 5228.2);

@@ -1,4 +1,4 @@
-// Whole sessions of the ladder robot on the simulated exchange, through the manager's real
+// A whole session of the ladder robot on the simulated exchange, through the manager's real
 // event flow, on virtual time: whatever the host does to its notifications, the robot's
 // count of entries ends equal to the position the exchange holds.
 #include <gtest/gtest.h>
@@ -10,34 +10,19 @@
 #include "app/helmsman_manage.h"
 #include "robots/blader.h"
 #include "sim/sim_test_util.h"
+#include "support/manager_sink.h"
 #include "support/scripted.h"
 
 namespace {
 
 using simtest::kIF;
 
-// The add-in's side of the exchange: straight into the manager, as the exports do.
-struct AddinSink final : ISimEventSink {
-    explicit AddinSink(CHelmsmanManage& m) : manager(m) {}
-    void onDataChange(std::uint32_t code, std::uintptr_t data) override {
-        manager.dataChange(code, data);
-    }
-    void onLogonStateChange(std::uint32_t code, std::uintptr_t data) override {
-        manager.logonStateChange(code, data);
-    }
-    void onWindowMessage(std::uint32_t h, std::uint32_t msg, std::uintptr_t w,
-                         std::uintptr_t l) override {
-        manager.sendMessage(h, msg, w, l);
-    }
-    CHelmsmanManage& manager;
-};
-
 struct Session : testing::Test {
     ManualClock clock{simtest::localMs(10, 0, 0)};
     SimExchange sim{clock, simtest::quietOptions()};
     ScriptedPrompter prompter;
     CHelmsmanManage manager;
-    AddinSink sink{manager};
+    ManagerSink sink{manager};
     std::unique_ptr<CBlader> robot;
 
     Session() {
@@ -50,14 +35,6 @@ struct Session : testing::Test {
         robot = std::make_unique<CBlader>(manager);
         manager.registerWindow(robot->handle());
         robot->setAccount({"880001", "9999", "模拟账户一", 1});
-    }
-    void configure(int maxPos, int timeExit) {
-        tagBladerSetting s;
-        s.wExchangeID = kIF.wExchangeID;
-        s.szSymbolCode = kIF.strCode;
-        s.nMaxPos = maxPos;
-        s.nTimeExit = timeExit;
-        ASSERT_TRUE(robot->setSetting(s));
     }
     // One 500 ms round: the market trades at `last`, its events arrive, the timer passes.
     void round(double last) {
@@ -81,7 +58,12 @@ struct Session : testing::Test {
 };
 
 TEST_F(Session, BookEqualsTheExchangesPositionThroughRejectsLostDuplicatedAndLateEvents) {
-    configure(3, 0);
+    tagBladerSetting s;
+    s.wExchangeID = kIF.wExchangeID;
+    s.szSymbolCode = kIF.strCode;
+    s.nMaxPos = 3;
+    s.nTimeExit = 0;
+    ASSERT_TRUE(robot->setSetting(s));
     ASSERT_TRUE(robot->start());
     std::mt19937 rng(7);
     std::uniform_real_distribution<double> noise(-0.6, 0.6);
@@ -127,20 +109,6 @@ TEST_F(Session, BookEqualsTheExchangesPositionThroughRejectsLostDuplicatedAndLat
     std::vector<tagBrokerOrder> working;
     sim.GetOpenOrders(working, "880001", "9999", kIF);
     EXPECT_TRUE(working.empty());
-}
-
-TEST_F(Session, TimeLimitFlattensAFallingMarketAndStops) {
-    configure(3, 20);
-    ASSERT_TRUE(robot->start());
-    double last = 5230.0;
-    for (int i = 0; i < 120 && robot->running(); ++i) round(last -= 0.2);
-    EXPECT_FALSE(robot->running());
-    EXPECT_EQ(robot->opened(), 3);
-    EXPECT_EQ(robot->held(), 0);
-    EXPECT_EQ(exchangeLong(), 0);
-    EXPECT_EQ(robot->openStatus(), "出错或时间到");
-    EXPECT_EQ(robot->caption(), "顺势锤[时间:N/A]");
-    EXPECT_EQ(legFailures(), 0);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "spread/template_store.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
+#include "support/recording_journal.h"
 #include "support/scripted.h"
 #include "support/temp_dir.h"
 
@@ -55,12 +56,6 @@ TEST(BladerLadder, GuardBandIsTwentyTicksFromEitherLimit) {
     };
     for (const Row& r : rows) EXPECT_EQ(l.nearLimit(r.last, r.upper, r.lower), r.near) << r.last;
 }
-
-class RecordingJournal : public IOrderJournal {
-public:
-    std::vector<JournalEntry> entries;
-    void record(const JournalEntry& e) override { entries.push_back(e); }
-};
 
 const tagSymbol kIF{3, "IF2101"};
 
@@ -301,12 +296,10 @@ TEST_F(Rig, EveryOrderIsJournalledWithItsRung) {
     EXPECT_EQ(e.tag, host.sent[2].strRemark);
     EXPECT_EQ(e.order.strOrderID, host.sent[2].strOrderID);
     EXPECT_EQ(e.result, 1);
-    std::map<std::string, double> figures;
-    for (const JournalFigure& f : e.figures) figures[f.name] = f.value;
-    EXPECT_DOUBLE_EQ(figures["entry"], 2);
-    EXPECT_DOUBLE_EQ(figures["base"], 5000.0);
-    EXPECT_DOUBLE_EQ(figures["grid"], 1.0);
-    EXPECT_DOUBLE_EQ(figures["target"], 4999.0);
+    EXPECT_DOUBLE_EQ(journal.figure(2, "entry"), 2);
+    EXPECT_DOUBLE_EQ(journal.figure(2, "base"), 5000.0);
+    EXPECT_DOUBLE_EQ(journal.figure(2, "grid"), 1.0);
+    EXPECT_DOUBLE_EQ(journal.figure(2, "target"), 4999.0);
     EXPECT_EQ(journal.entries[1].reason, "第1笔止盈平仓");
 }
 

@@ -7,6 +7,8 @@
 #include "app/helmsman_manage.h"
 #include "robots/grids_spread.h"
 #include "sim/sim_test_util.h"
+#include "support/manager_sink.h"
+#include "support/recording_journal.h"
 #include "support/scripted.h"
 
 namespace {
@@ -15,32 +17,11 @@ using simtest::kIF;
 
 const tagSymbol kIH{3, "IH2101"};
 
-// Host events into the add-in, as the desk passes them.
-struct AddinSink final : ISimEventSink {
-    CHelmsmanManage* manager = nullptr;
-    void onDataChange(std::uint32_t code, std::uintptr_t data) override {
-        manager->dataChange(code, data);
-    }
-    void onLogonStateChange(std::uint32_t code, std::uintptr_t data) override {
-        manager->logonStateChange(code, data);
-    }
-    void onWindowMessage(std::uint32_t h, std::uint32_t msg, std::uintptr_t w,
-                         std::uintptr_t l) override {
-        manager->sendMessage(h, msg, w, l);
-    }
-};
-
-struct CountingJournal final : IOrderJournal {
-    int orders = 0;
-    void record(const JournalEntry&) override { ++orders; }
-};
-
 struct GridSession : testing::Test {
     GridSession() {
         SimOptions options;
         options.yesterdayPositions = false;
         sim = std::make_unique<SimExchange>(clock, options);
-        sink.manager = &manager;
         sim->setEventSink(&sink);
         manager.setClock(&clock);
         manager.setPrompter(&prompter);
@@ -109,10 +90,10 @@ struct GridSession : testing::Test {
 
     ManualClock clock{simtest::localMs(9, 30, 0)};
     std::unique_ptr<SimExchange> sim;
-    AddinSink sink;
     ScriptedPrompter prompter;
-    CountingJournal journal;
+    RecordingJournal journal;
     CHelmsmanManage manager;
+    ManagerSink sink{manager};
     std::unique_ptr<CGridsSpread> grid;
 };
 
@@ -156,7 +137,7 @@ TEST_F(GridSession, EntriesMatchTheExchangesPositionAfterASessionWithFaults) {
     EXPECT_EQ(maxEntries, 3);
     EXPECT_GE(sim->stats().ordersRejected, 5u);
     EXPECT_GE(sim->stats().eventsDropped, 20u);
-    EXPECT_EQ(journal.orders, static_cast<int>(sim->stats().ordersSent));
+    EXPECT_EQ(journal.entries.size(), sim->stats().ordersSent);
 }
 
 }  // namespace

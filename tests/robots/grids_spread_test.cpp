@@ -13,19 +13,10 @@
 #include "spread/template_store.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
+#include "support/recording_journal.h"
 #include "support/scripted.h"
 
 namespace {
-
-struct RecordingJournal final : IOrderJournal {
-    std::vector<JournalEntry> entries;
-    void record(const JournalEntry& e) override { entries.push_back(e); }
-    double figure(std::size_t i, const std::string& name) const {
-        for (const JournalFigure& f : entries.at(i).figures)
-            if (f.name == name) return f.value;
-        return -1e300;
-    }
-};
 
 IModuleFutureTrader::ITickEx tick(const char* code, double bid, double ask, double volume,
                                   std::int64_t time) {

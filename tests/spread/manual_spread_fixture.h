@@ -6,34 +6,20 @@
 
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <memory>
 
 #include "app/helmsman_manage.h"
 #include "spread/manual_spread.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
+#include "support/recording_journal.h"
 #include "support/scripted.h"
 #include "support/temp_dir.h"
+#include "support/test_day.h"
 
 namespace mstest {
 
-// Milliseconds of 2021-01-04 hh:mm:ss local time.
-inline std::int64_t localMs(int hh, int mm, int ss) {
-    std::tm tm{};
-    tm.tm_year = 121;
-    tm.tm_mday = 4;
-    tm.tm_hour = hh;
-    tm.tm_min = mm;
-    tm.tm_sec = ss;
-    tm.tm_isdst = -1;
-    return fromLocalTm(tm) * 1000;
-}
-
-struct RecordingJournal : IOrderJournal {
-    std::vector<JournalEntry> entries;
-    void record(const JournalEntry& e) override { entries.push_back(e); }
-};
+using testday::localMs;
 
 // A two-sided quote with the day's limits.
 inline IModuleFutureTrader::ITickEx tick(std::uint16_t ex, const char* code, double bid, double ask,

@@ -12,36 +12,13 @@
 #include "app/helmsman_manage.h"
 #include "host/ui/sort_list_ctrl.h"
 #include "sim/sim_exchange.h"
+#include "support/manager_sink.h"
 #include "support/qt_app.h"
 #include "support/scripted.h"
 #include "support/temp_dir.h"
+#include "support/test_day.h"
 
 namespace {
-
-class Sink : public ISimEventSink {
-public:
-    explicit Sink(CHelmsmanManage& m) : m_manager(m) {}
-    void onDataChange(std::uint32_t code, std::uintptr_t data) override {
-        m_manager.dataChange(code, data);
-    }
-    void onLogonStateChange(std::uint32_t, std::uintptr_t) override {}
-    void onWindowMessage(std::uint32_t h, std::uint32_t msg, std::uintptr_t w,
-                         std::uintptr_t l) override {
-        m_manager.sendMessage(h, msg, w, l);
-    }
-
-private:
-    CHelmsmanManage& m_manager;
-};
-
-std::int64_t tenOClock() {
-    std::tm tm{};
-    tm.tm_year = 121;
-    tm.tm_mday = 4;
-    tm.tm_hour = 10;
-    tm.tm_isdst = -1;
-    return fromLocalTm(tm) * 1000;
-}
 
 tagBrokerOrder ticketOrder(const char* code, int exchange, int direction, double volume) {
     tagBrokerOrder o;
@@ -91,11 +68,11 @@ protected:
     }
 
     TempDir root{"algo-ui"};
-    ManualClock clock{tenOClock()};
+    ManualClock clock{testday::localMs(10, 0)};
     SimExchange sim{clock};
     ScriptedPrompter prompter;
     CHelmsmanManage manager;
-    Sink sink{manager};
+    ManagerSink sink{manager};
     AlgoCentreWindow* centre = nullptr;
 };
 

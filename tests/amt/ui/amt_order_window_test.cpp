@@ -11,68 +11,28 @@
 #include <QRadioButton>
 #include <QSpinBox>
 
+#include "amt/amt_fixture.h"
 #include "amt/amt_strings.h"
-#include "app/helmsman_manage.h"
-#include "support/fake_host.h"
 #include "support/qt_app.h"
-#include "support/quote_builders.h"
-#include "support/scripted.h"
-#include "support/temp_dir.h"
 
 namespace {
 
-// Calendar milliseconds of 2021-01-04 10:00 local time: the financial futures trade.
-std::int64_t tenOClock() {
-    std::tm tm{};
-    tm.tm_year = 121;
-    tm.tm_mday = 4;
-    tm.tm_hour = 10;
-    tm.tm_isdst = -1;
-    return fromLocalTm(tm) * 1000;
-}
-
-class AmtWindowTest : public ::testing::Test {
+// The strategy's fixture with the instrument lists the window offers and a quote to start on.
+class AmtWindowTest : public amttest::AmtTest {
 protected:
     AmtWindowTest() {
         testApp();
-        host.accounts = {FakeHost::account("880001", "9999", "模拟账户一")};
         host.exchanges = {{3, "中国金融期货交易所"}};
         host.symbolsByExchange[3] = {{3, "IF2101"}, {3, "IF2102"}};
-        host.details["IF2101"] = contractDetail(0.2f, 1, 300);
         host.details["IF2102"] = contractDetail(0.2f, 1, 300);
         host.quotes["IF2101"] = TickBuilder(3, "IF2101").last(5230).bid(5229.8, 3).ask(5230, 4);
-        manager.setClock(&clock);
-        manager.setPrompter(&prompter);
-        manager.setUi(&ui);
-        manager.init(1, &host, root.string(), "demo", 0);
         window = std::make_unique<AMTOrderWindow>(manager);
-    }
-    ~AmtWindowTest() override {
-        window.reset();
-        manager.setClock(nullptr);
-        manager.setPrompter(nullptr);
-        manager.setUi(nullptr);
     }
     template <class T>
     T* find(const char* name) {
         return window->findChild<T*>(name);
     }
 
-    TempDir root{"amtui"};
-    struct : FakeHost {
-        std::map<std::string, std::string> table;
-        bool GetConfigFileProperty(const std::string&, const std::string& section,
-                                   const std::string& key, std::string& value) override {
-            auto it = table.find(section + "|" + key);
-            if (it == table.end()) return false;
-            value = it->second;
-            return true;
-        }
-    } host;
-    ManualClock clock{tenOClock()};
-    ScriptedPrompter prompter;
-    ScriptedUi ui;
-    CHelmsmanManage manager;
     std::unique_ptr<AMTOrderWindow> window;
 };
 

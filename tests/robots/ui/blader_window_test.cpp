@@ -11,25 +11,13 @@
 #include "robots/ui/robot_launcher_window.h"
 #include "sim/sim_test_util.h"
 #include "support/qt_app.h"
+#include "support/manager_sink.h"
 #include "support/scripted.h"
 #include "support/temp_dir.h"
 
 namespace {
 
 using simtest::kIF;
-
-struct AddinSink final : ISimEventSink {
-    explicit AddinSink(CHelmsmanManage& m) : manager(m) {}
-    void onDataChange(std::uint32_t code, std::uintptr_t data) override {
-        manager.dataChange(code, data);
-    }
-    void onLogonStateChange(std::uint32_t, std::uintptr_t) override {}
-    void onWindowMessage(std::uint32_t h, std::uint32_t msg, std::uintptr_t w,
-                         std::uintptr_t l) override {
-        manager.sendMessage(h, msg, w, l);
-    }
-    CHelmsmanManage& manager;
-};
 
 TEST(BladerWindow, OpensFromTheLauncherAndRunsOnTheExchange) {
     testApp();
@@ -41,7 +29,7 @@ TEST(BladerWindow, OpensFromTheLauncherAndRunsOnTheExchange) {
     manager.setClock(&clock);
     manager.setPrompter(&prompter);
     manager.init(1, &sim, root.string(), "demo", 0);
-    AddinSink sink(manager);
+    ManagerSink sink(manager);
     sim.setEventSink(&sink);
     sim.applyQuote(simtest::quote(kIF, 5229.8, 10, 5230.2, 10, 5230.0));
     sim.deliverPending();

@@ -11,23 +11,10 @@
 #include "app/helmsman_manage.h"
 #include "sim/sim_test_util.h"
 #include "support/qt_app.h"
+#include "support/manager_sink.h"
 #include "support/scripted.h"
 
 namespace {
-
-struct AddinSink final : ISimEventSink {
-    CHelmsmanManage* manager = nullptr;
-    void onDataChange(std::uint32_t code, std::uintptr_t data) override {
-        manager->dataChange(code, data);
-    }
-    void onLogonStateChange(std::uint32_t code, std::uintptr_t data) override {
-        manager->logonStateChange(code, data);
-    }
-    void onWindowMessage(std::uint32_t h, std::uint32_t msg, std::uintptr_t w,
-                         std::uintptr_t l) override {
-        manager->sendMessage(h, msg, w, l);
-    }
-};
 
 TEST(GridsSpreadWindow, RunsARobotFromItsControls) {
     testApp();
@@ -35,10 +22,9 @@ TEST(GridsSpreadWindow, RunsARobotFromItsControls) {
     SimOptions options;
     options.yesterdayPositions = false;
     SimExchange sim(clock, options);
-    AddinSink sink;
     ScriptedPrompter prompter;
     CHelmsmanManage manager;
-    sink.manager = &manager;
+    ManagerSink sink(manager);
     sim.setEventSink(&sink);
     manager.setClock(&clock);
     manager.setPrompter(&prompter);
