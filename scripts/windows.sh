@@ -30,6 +30,15 @@ cmake -S . -B "$BUILD" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_TOOLCHAIN_FIL
     -DCMAKE_PREFIX_PATH="$GTEST_PREFIX;$PWD/$BUILD/cli11" -DHELMSMAN_UI=OFF
 cmake --build "$BUILD" -j"$(nproc)"
 
+# Wine takes the ANSI code page (936, as on a Chinese Windows) and the charset of Unix file
+# names (UTF-8) from the locale zh_CN.UTF-8, which must exist on the machine.
+if ! locale -a 2>/dev/null | grep -qix 'zh_CN.utf-\?8'; then
+    SUDO=""
+    [ "$(id -u)" -ne 0 ] && SUDO="sudo"
+    $SUDO sed -i 's/^# *zh_CN.UTF-8 UTF-8/zh_CN.UTF-8 UTF-8/' /etc/locale.gen
+    $SUDO locale-gen >/dev/null
+fi
+
 # A fresh prefix each run: nothing from an earlier run or the user's own Wine leaks in.
 export WINEPREFIX
 WINEPREFIX=$(mktemp -d "${TMPDIR:-/tmp}/helmsman-wine.XXXXXX")

@@ -311,11 +311,14 @@ void CLocalTrigger::fire(std::size_t index, const SlotView& view, std::int64_t n
     setStatus(index, kOrderFilled);
     rec.trigger.tStart = now;
     m_hot[index].tStart = now;
-    const int result =
-        m_manager.submitOrder(order, false, trigger_text::kComment,
-                              rec.bHasOptions ? &rec.options : nullptr,
-                              CHelmsmanManage::Recorder::Caller);
-    recordFired(rec, order, result, view);
+    // The send may come back into the centre and add triggers, moving the records: keep the
+    // options in hand and find the record again by its index afterwards.
+    const bool hasOptions = rec.bHasOptions;
+    const tagAlgoSetting options = rec.options;
+    const int result = m_manager.submitOrder(order, false, trigger_text::kComment,
+                                             hasOptions ? &options : nullptr,
+                                             CHelmsmanManage::Recorder::Caller);
+    recordFired(m_records[index], order, result, view);
 }
 
 void CLocalTrigger::recordFired(const tagLocalTrigger& rec, const tagBrokerOrder& order,
