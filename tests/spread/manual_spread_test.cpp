@@ -18,7 +18,7 @@ std::string describe(const tagBrokerOrder& o) {
     char buf[160];
     std::snprintf(buf, sizeof buf, "%s %s %s %.f@%g %s %s", o.strAccountID.c_str(),
                   o.strCode.c_str(), o.nDirection == kDirBuy ? "buy" : "sell", o.dVolume, o.dPrice,
-                  o.nOpenClose == kOpen ? "open" : "close", o.nHedge == kHedge ? "hedge" : "spec");
+                  o.nOpenClose == kOpen ? "open" : "close", o.nHedge == kHedge ? "hedge" : "speculative");
     return buf;
 }
 
@@ -76,8 +76,8 @@ TEST_F(ManualSpreadTest, ClickBuildsOneOrderPerAccountAndLeg) {
              m.nOrderOffset = 1;
          },
          {true, false, false},
-         {"880001 rb2105 buy 2@4402 open hedge", "880001 rb2110 sell 3@4349 open spec",
-          "880002 rb2105 buy 2@4402 open hedge", "880002 rb2110 sell 3@4349 open spec"}},
+         {"880001 rb2105 buy 2@4402 open hedge", "880001 rb2110 sell 3@4349 open speculative",
+          "880002 rb2105 buy 2@4402 open hedge", "880002 rb2110 sell 3@4349 open speculative"}},
         {"sell to close, two units per click",
          false,
          [](Manual& m) {
@@ -85,12 +85,12 @@ TEST_F(ManualSpreadTest, ClickBuildsOneOrderPerAccountAndLeg) {
              m.nEveryLots = 2;
          },
          {},
-         {"880001 rb2105 sell 2@4400 close spec", "880001 rb2110 buy 2@4352 close spec"}},
+         {"880001 rb2105 sell 2@4400 close speculative", "880001 rb2110 buy 2@4352 close speculative"}},
         {"calendar roll, bought: A closes, B opens",
          true,
          [](Manual& m) { m.bChange = 1; },
          {},
-         {"880001 rb2105 buy 1@4401 close spec", "880001 rb2110 sell 1@4350 open spec"}},
+         {"880001 rb2105 buy 1@4401 close speculative", "880001 rb2110 sell 1@4350 open speculative"}},
         {"calendar roll, sold, whatever bExit says",
          false,
          [](Manual& m) {
@@ -98,7 +98,7 @@ TEST_F(ManualSpreadTest, ClickBuildsOneOrderPerAccountAndLeg) {
              m.bExit = 1;
          },
          {},
-         {"880001 rb2105 sell 1@4400 close spec", "880001 rb2110 buy 1@4352 open spec"}},
+         {"880001 rb2105 sell 1@4400 close speculative", "880001 rb2110 buy 1@4352 open speculative"}},
         {"three legs ignore the roll",
          true,
          [](Manual& m) {
@@ -106,7 +106,7 @@ TEST_F(ManualSpreadTest, ClickBuildsOneOrderPerAccountAndLeg) {
              m.bChange = 1;
          },
          {false, false, true},
-         {"880001 rb2105 buy 1@4401 open spec", "880001 rb2110 sell 1@4350 open spec",
+         {"880001 rb2105 buy 1@4401 open speculative", "880001 rb2110 sell 1@4350 open speculative",
           "880001 i2105 sell 1@1006 open hedge"}},
     };
     for (const Case& c : cases) {
