@@ -115,11 +115,14 @@ TEST_F(AlgoOnSim, TheWorkerThreadDrivesTheEngine) {
         clock.advanceMs(50);
         if (i % 10 == 0) sim.step();
         sim.deliverPending();
-        {
-            std::lock_guard lock(engine.mutex());
-            done = o->finished() && !o->sliceOut();
-        }
-        std::this_thread::sleep_for(std::chrono::microseconds(200));
+        // Rounds follow the worker's passes, not the wall clock: each round waits for two more
+        // passes (so one ran wholly after this round's reports), whatever the scheduler does.
+        const std::uint64_t target = worker.passes() + 2;
+        const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+        while (worker.passes() < target && std::chrono::steady_clock::now() < giveUp)
+            std::this_thread::yield();
+        std::lock_guard lock(engine.mutex());
+        done = o->finished() && !o->sliceOut();
     }
     worker.stop();
     EXPECT_FALSE(worker.running());
