@@ -14,26 +14,14 @@
 #include "support/scripted.h"
 #include "support/temp_dir.h"
 #include "sim/sim_test_util.h"
+#include "support/manager_sink.h"
 
 namespace {
 
 using simtest::kIF;
 using simtest::kRB;
 
-class HostSink : public ISimEventSink {
-public:
-    explicit HostSink(CHelmsmanManage& m) : m_manager(m) {}
-    void onDataChange(std::uint32_t code, std::uintptr_t data) override { m_manager.dataChange(code, data); }
-    void onLogonStateChange(std::uint32_t code, std::uintptr_t data) override {
-        m_manager.logonStateChange(code, data);
-    }
-    void onWindowMessage(std::uint32_t h, std::uint32_t msg, std::uintptr_t w, std::uintptr_t l) override {
-        m_manager.sendMessage(h, msg, w, l);
-    }
-
-private:
-    CHelmsmanManage& m_manager;
-};
+using HostSink = ManagerSink;
 
 class AccountToolsOnSim : public ::testing::Test {
 protected:

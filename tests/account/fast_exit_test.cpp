@@ -11,15 +11,11 @@
 #include "support/quote_builders.h"
 #include "support/scripted.h"
 #include "support/temp_dir.h"
+#include "support/recording_journal.h"
 
 namespace {
 
 using namespace account_text;
-
-struct RecordingJournal : IOrderJournal {
-    std::vector<JournalEntry> entries;
-    void record(const JournalEntry& e) override { entries.push_back(e); }
-};
 
 // Account A1 holds m2501 (tick 1) on exchange 2: long 3 (1 today), short 2 (today).
 class FastExitTest : public ::testing::Test {

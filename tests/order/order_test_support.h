@@ -8,6 +8,7 @@
 #include "app/helmsman_manage.h"
 #include "app/local_trigger_centre.h"
 #include "sim/sim_exchange.h"
+#include "support/manager_sink.h"
 
 struct RecordingCentre : ILocalTriggerCentre {
     bool accept = true;
@@ -25,23 +26,7 @@ struct RecordingCentre : ILocalTriggerCentre {
     void showCentre() override {}
 };
 
-class HostSink : public ISimEventSink {
-public:
-    explicit HostSink(CHelmsmanManage& m) : m_manager(m) {}
-    void onDataChange(std::uint32_t code, std::uintptr_t data) override {
-        m_manager.dataChange(code, data);
-    }
-    void onLogonStateChange(std::uint32_t code, std::uintptr_t data) override {
-        m_manager.logonStateChange(code, data);
-    }
-    void onWindowMessage(std::uint32_t h, std::uint32_t msg, std::uintptr_t w,
-                         std::uintptr_t l) override {
-        m_manager.sendMessage(h, msg, w, l);
-    }
-
-private:
-    CHelmsmanManage& m_manager;
-};
+using HostSink = ManagerSink;
 
 // Account A1 on ag2412: long 3 (1 today), short 2 (both today).
 inline tagOpenedPosition agPosition(const char* broker) {

@@ -23,26 +23,14 @@
 #include "support/qt_app.h"
 #include "support/scripted.h"
 #include "support/temp_dir.h"
+#include "support/manager_sink.h"
 
 namespace {
 
 using simtest::kIF;
 using simtest::kRB;
 
-class Sink : public ISimEventSink {
-public:
-    explicit Sink(CHelmsmanManage& m) : m_manager(m) {}
-    void onDataChange(std::uint32_t code, std::uintptr_t data) override { m_manager.dataChange(code, data); }
-    void onLogonStateChange(std::uint32_t code, std::uintptr_t data) override {
-        m_manager.logonStateChange(code, data);
-    }
-    void onWindowMessage(std::uint32_t h, std::uint32_t msg, std::uintptr_t w, std::uintptr_t l) override {
-        m_manager.sendMessage(h, msg, w, l);
-    }
-
-private:
-    CHelmsmanManage& m_manager;
-};
+using Sink = ManagerSink;
 
 // Shown at its natural size first, as the trader would see it.
 void shot(QWidget* w, const char* name) {
