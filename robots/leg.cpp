@@ -32,6 +32,7 @@ const LegMessages& messagesOf(LegMachine m) {
                                        t::kGridCloseAFailed};
     switch (m) {
         case LegMachine::SingleOpen:
+        case LegMachine::SpreadLeg:
             return singleOpen;
         case LegMachine::SingleClose:
             return singleClose;
@@ -129,6 +130,8 @@ std::int32_t CLeg::park(const char* format, std::int32_t status) {
 std::int32_t CLeg::stepSingle(std::int32_t status) {
     const LegMessages& msg = messagesOf(m_machine);
     const std::int32_t s = m_state, b = base();
+    if (m_machine == LegMachine::SpreadLeg && status == kOrderPartCancelled && s >= 1 && s <= 3)
+        return kLegIdle;
     if (s == b + 1) {
         switch (status) {
             case kOrderQueued:
@@ -207,13 +210,14 @@ bool CLeg::overdue(std::uint64_t quietMs) const {
     return waiting() && m_clock->tickCount() - m_lastHeard >= quietMs;
 }
 
-LegStep CLeg::reconcile(CSubscibeManage& host) {
+LegStep CLeg::reconcile(CSubscibeManage& host, tagBrokerOrder* seen) {
     LegStep none{m_state, m_state, false};
     if (!waiting() || m_orderId.empty()) return none;
     tagBrokerOrder record;
     if (host.GetOrder(record, m_account, m_broker, m_orderId) != 1) return none;
     m_lastHeard = m_clock->tickCount();
     if (record.nStatus == m_lastStatus || !tagMatches(record.strRemark, m_tag)) return none;
+    if (seen) *seen = record;
     return onOrder(record);
 }
 

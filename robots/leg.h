@@ -36,6 +36,11 @@ enum class LegMachine : std::uint8_t {
     SingleClose,  // states 0, 5-8
     PairOpen,     // states 0-6, opening messages
     PairClose,    // states 0-6, closing messages
+    // One leg of a spread round that trades its lots in as many orders as it takes: states
+    // and messages of SingleOpen, but an order that ends with part of it filled (the host's
+    // status 6, after our cancel or anyone's) returns to idle like a cancelled one, and the
+    // robot books the filled part from the notification.
+    SpreadLeg,
 };
 
 // How a single-leg robot words its stages: plain orders or resting orders (the scalper).
@@ -92,8 +97,9 @@ public:
     // Whether the leg waits on the host and has heard nothing for `quietMs` or more.
     bool overdue(std::uint64_t quietMs) const;
     // Looks the order up and takes its status if it moved since the leg last heard. Returns
-    // what that did; nothing when the order is unknown or unchanged.
-    LegStep reconcile(CSubscibeManage& host);
+    // what that did; nothing when the order is unknown or unchanged. `seen`, when given,
+    // receives the record taken (left alone otherwise).
+    LegStep reconcile(CSubscibeManage& host, tagBrokerOrder* seen = nullptr);
 
     // The status text of the leg's state. Numbers show the recorded price and its distance
     // from the best quote on the order's own side; `decimals` < 0 writes them with "%.f",
@@ -103,7 +109,8 @@ public:
 
 private:
     bool single() const {
-        return m_machine == LegMachine::SingleOpen || m_machine == LegMachine::SingleClose;
+        return m_machine == LegMachine::SingleOpen || m_machine == LegMachine::SingleClose ||
+               m_machine == LegMachine::SpreadLeg;
     }
     bool closing() const { return m_machine == LegMachine::SingleClose; }
     std::int32_t base() const { return closing() ? 4 : 0; }  // state offset of the machine

@@ -154,6 +154,92 @@ void readTemplate(CArchiveReader& in, tagAutoSpreadTemplate& t) {
         in.readI32(*v);
 }
 
+namespace {
+
+// The integer fields of the auto spread record in file order, nStayMilliSeconds last (it is
+// not in the file), with their key names.
+template <class T, class F>
+void forEachAutoSpreadInt(T& t, F f) {
+    f("nEveryLots", t.nEveryLots);
+    f("nMaxLots", t.nMaxLots);
+    f("nOrderOffset", t.nOrderOffset);
+    f("bButterfly", t.bButterfly);
+    f("bLongEntry", t.bLongEntry);
+    f("bLongExit", t.bLongExit);
+    f("bShortEntry", t.bShortEntry);
+    f("bShortExit", t.bShortExit);
+    f("bChange", t.bChange);
+    f("bStepTrade", t.bStepTrade);
+    f("bStepExit", t.bStepExit);
+    f("nGridOffset", t.nGridOffset);
+    f("nGridLots", t.nGridLots);
+    f("bConfirmOrder", t.bConfirmOrder);
+    f("nOrderDelaySeconds", t.nOrderDelaySeconds);
+    f("nUnstayedOffset", t.nUnstayedOffset);
+    f("nStayMilliSeconds", t.nStayMilliSeconds);
+}
+
+template <class T, class F>
+void forEachAutoSpreadPrice(T& t, F f) {
+    f("dLongEntryPrice", t.dLongEntryPrice);
+    f("dLongExitPrice", t.dLongExitPrice);
+    f("dShortEntryPrice", t.dShortEntryPrice);
+    f("dShortExitPrice", t.dShortExitPrice);
+}
+
+}  // namespace
+
+void writeAutoSpreadDefault(CProfileIni& ini, const tagAutoSpreadTemplate& t) {
+    const char* s = kAutoSpreadSection;
+    for (int i = 0; i < 3; ++i) {
+        const std::string n = std::to_string(i + 1);
+        const tagTemplateAccount& a = t.accounts[i];
+        ini.writeString(s, "strAccountID" + n, a.strAccountID);
+        ini.writeString(s, "strBrokerID" + n, a.strBrokerID);
+        ini.writeString(s, "strAccountName" + n, a.strAccountName);
+        ini.writeString(s, "strAccountText" + n, a.strAccountText);
+        ini.writeString(s, "nAccountType" + n, std::to_string(a.nAccountType));
+    }
+    for (int i = 0; i < 3; ++i) {
+        const std::string n = std::to_string(i + 1);
+        ini.writeString(s, "wExchangeID" + n, std::to_string(t.legs[i].wExchangeID));
+        ini.writeString(s, "szSymbolCode" + n, t.legs[i].szSymbolCode);
+    }
+    for (int i = 0; i < 3; ++i)
+        ini.writeString(s, "dSpreadUnit" + std::to_string(i + 1), formatG(t.dSpreadUnit[i]));
+    for (int i = 0; i < 3; ++i)
+        ini.writeString(s, "nSpreadLots" + std::to_string(i + 1), std::to_string(t.nSpreadLots[i]));
+    forEachAutoSpreadPrice(t, [&](const char* key, double v) { ini.writeString(s, key, formatG(v)); });
+    forEachAutoSpreadInt(t, [&](const char* key, std::int32_t v) {
+        ini.writeString(s, key, std::to_string(v));
+    });
+}
+
+tagAutoSpreadTemplate readAutoSpreadDefault(const CProfileIni& ini) {
+    const char* s = kAutoSpreadSection;
+    tagAutoSpreadTemplate t;
+    auto real = [&](const std::string& key, double& v) {
+        if (const auto parsed = number_text::parse(ini.getString(s, key))) v = *parsed;
+    };
+    for (int i = 0; i < 3; ++i) {
+        const std::string n = std::to_string(i + 1);
+        tagTemplateAccount& a = t.accounts[i];
+        a.strAccountID = ini.getString(s, "strAccountID" + n);
+        a.strBrokerID = ini.getString(s, "strBrokerID" + n);
+        a.strAccountName = ini.getString(s, "strAccountName" + n);
+        a.strAccountText = ini.getString(s, "strAccountText" + n);
+        a.nAccountType = ini.getInt(s, "nAccountType" + n, a.nAccountType);
+        t.legs[i].wExchangeID =
+            static_cast<std::uint16_t>(ini.getInt(s, "wExchangeID" + n, t.legs[i].wExchangeID));
+        t.legs[i].szSymbolCode = ini.getString(s, "szSymbolCode" + n, {}, kTemplateCodeBytes + 1);
+        real("dSpreadUnit" + n, t.dSpreadUnit[i]);
+        t.nSpreadLots[i] = ini.getInt(s, "nSpreadLots" + n, t.nSpreadLots[i]);
+    }
+    forEachAutoSpreadPrice(t, [&](const char* key, double& v) { real(key, v); });
+    forEachAutoSpreadInt(t, [&](const char* key, std::int32_t& v) { v = ini.getInt(s, key, v); });
+    return t;
+}
+
 std::vector<std::string> spreadTemplateRow(const tagManualSpreadTemplate& t) {
     return rowOf(t);
 }

@@ -90,10 +90,21 @@ struct tagAutoSpreadTemplate {
     std::int32_t bConfirmOrder = 0;
     std::int32_t nOrderDelaySeconds = 0;
     std::int32_t nUnstayedOffset = 0;
+    // Not in the file: kept in Profile.ini only, and applying a template leaves the window's
+    // own value alone.
+    std::int32_t nStayMilliSeconds = 1000;
 };
 
 void writeTemplate(CArchiveWriter& out, const tagAutoSpreadTemplate& t);
 void readTemplate(CArchiveReader& in, tagAutoSpreadTemplate& t);
+
+// The auto spread tool's Profile.ini section, which holds its default template: the legs'
+// accounts (strAccountID1, strBrokerID1, strAccountName1, strAccountText1, nAccountType1, ...),
+// then the record's fields under their own names in file order, then nStayMilliSeconds.
+inline constexpr const char* kAutoSpreadSection = "SpreadOrder";
+void writeAutoSpreadDefault(CProfileIni& ini, const tagAutoSpreadTemplate& t);
+// An absent key keeps the record's default; reals are read as reals.
+tagAutoSpreadTemplate readAutoSpreadDefault(const CProfileIni& ini);
 
 // Row texts of the two spread managers: name, code and lots of A and B, then of C for a
 // three-leg record, else "N/A" twice.
