@@ -149,6 +149,18 @@ TEST(LegMachine, PairClosing) {
     // clang-format on
 }
 
+TEST(LegMachine, ASpreadLegEndsInPartWithoutAMessage) {
+    for (int from : {1, 2, 3}) {
+        Rig rig(LegMachine::SpreadLeg);
+        rig.reach(from);
+        EXPECT_EQ(rig.notify(kOrderPartCancelled).to, 0) << from;
+        EXPECT_TRUE(rig.prompter.boxes.empty());
+    }
+    Rig plain(LegMachine::SingleOpen);  // the single machines keep their message
+    plain.reach(3);
+    EXPECT_EQ(plain.notify(kOrderPartCancelled).to, 99);
+}
+
 TEST(LegMachine, ParkedLegStaysParkedUntilTheUserIntervenes) {
     Rig rig(LegMachine::SingleOpen);
     rig.reach(1);
