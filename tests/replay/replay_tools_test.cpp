@@ -149,6 +149,41 @@ TEST(ReplayTools, GridRefusesWhatItCannotRun) {
     }
 }
 
+// The auto spread on the same rows: the spread MA805 - SR805 is bought when its ask (A's ask
+// less B's bid) is at -3020 or under, and sold back when its bid (A's bid less B's ask)
+// reaches -3015. 10:00:01: ask 2787 - 5807 = -3020, A bought at 2787, then B sold at 5807;
+// 10:00:02: bid 2786 - 5801 = -3015, A sold at 2786, B bought at 5801; 10:00:03 enters
+// again. The same fills as the grid's above, so the same figures: gross 40, net 25.
+TEST(ReplayTools, AutoSpreadTradesTheLinesLegByLeg) {
+    Replayed run;
+    replayDay(run, "SpreadOrder", kMethanol, kSugar,
+              "[SpreadOrder]\r\nszSymbolCode1=MA805\r\nszSymbolCode2=SR805\r\n"
+              "bLongEntry=1\r\ndLongEntryPrice=-3020\r\nbLongExit=1\r\ndLongExitPrice=-3015\r\n"
+              "nMaxLots=1\r\n");
+    ASSERT_TRUE(run.prepared) << run.error;
+    const auto& r = run.result;
+    struct Fill {
+        const char* code;
+        int direction;
+        double price;
+    } const want[] = {{"MA805", kDirBuy, 2787},  {"SR805", kDirSell, 5807},
+                      {"MA805", kDirSell, 2786}, {"SR805", kDirBuy, 5801},
+                      {"MA805", kDirBuy, 2787},  {"SR805", kDirSell, 5807}};
+    ASSERT_EQ(r.fills.size(), std::size(want));
+    for (std::size_t i = 0; i < std::size(want); ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(r.fills[i].strCode, want[i].code);
+        EXPECT_EQ(r.fills[i].nDirection, want[i].direction);
+        EXPECT_DOUBLE_EQ(r.fills[i].dPrice, want[i].price);
+    }
+    EXPECT_NEAR(r.grossPnl, 40, 1e-6);
+    EXPECT_NEAR(r.netPnl, 25, 1e-6);
+    EXPECT_EQ(r.holdings.positions, netOf(r.fills));
+    ASSERT_EQ(run.journal.entries().size(), 6u);
+    EXPECT_EQ(run.journal.entries()[0].reason, "多头开仓1份：商品A");
+    EXPECT_EQ(run.journal.entries()[3].reason, "多头平仓1份：补齐商品B");
+}
+
 // One instrument's tool on methanol at 2786 / 2787 that dips to 2785 / 2786 and rises to
 // 2790 / 2791 at 10:00:02: it buys one lot and sells it into the rise, and holds by its books
 // what the exchange holds for the account.

@@ -1,0 +1,101 @@
+// The auto spread's decision per quote: the leg's quote is taken, the spread worked out and
+// the lines checked. Twice: watching (no line met, nothing to send) and with A resting at the
+// exchange (the line still holds, so A stays). Reported with the heap allocations per quote,
+// which must be none.
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <ctime>
+
+#include "alloc_count.h"
+#include "app/helmsman_manage.h"
+#include "robots/auto_spread.h"
+#include "support/fake_host.h"
+#include "support/quote_builders.h"
+
+namespace {
+
+std::int64_t tenOClockMs() {
+    std::tm tm{};
+    tm.tm_year = 121;
+    tm.tm_mday = 4;
+    tm.tm_hour = 10;
+    tm.tm_isdst = -1;
+    return fromLocalTm(tm) * 1000;
+}
+
+IModuleFutureTrader::ITickEx tick(const char* code, double bid, double ask) {
+    IModuleFutureTrader::ITickEx t = TickBuilder(3, code).bid(bid, 5).ask(ask, 5).last(bid);
+    t.dVolume = 1000;
+    t.tQuoteTime = 1;
+    return t;
+}
+
+// A running robot on IF2101 - IH2101 (spread ask 5216.2 - 3645.4 = 1570.8).
+struct Desk {
+    FakeHost host;
+    ManualClock clock{tenOClockMs()};
+    CHelmsmanManage manager;
+    std::unique_ptr<CAutoSpread> robot;
+
+    explicit Desk(double longEntry) {
+        host.accounts = {FakeHost::account("880001", "9999", "一"),
+                         FakeHost::account("880002", "9999", "二")};
+        host.details["IF2101"] = contractDetail(0.2f, 1, 300);
+        host.details["IH2101"] = contractDetail(0.2f, 1, 300);
+        host.quotes["IF2101"] = tick("IF2101", 5216.0, 5216.2);
+        host.quotes["IH2101"] = tick("IH2101", 3645.4, 3645.6);
+        manager.setClock(&clock);
+        manager.init(1, &host, "/nonexistent-helmsman-bench", "demo", 0);
+        robot = std::make_unique<CAutoSpread>(manager);
+        tagAutoSpreadTemplate s;
+        s.accounts[0] = {"880001", "9999", "一", "880001(一)", 1};
+        s.accounts[1] = {"880002", "9999", "二", "880002(二)", 1};
+        s.legs[0] = {3, "IF2101"};
+        s.legs[1] = {3, "IH2101"};
+        s.bLongEntry = s.bLongExit = s.bShortEntry = s.bShortExit = 1;
+        s.dLongEntryPrice = longEntry;
+        s.dLongExitPrice = 1600;
+        s.dShortEntryPrice = 1620;
+        s.dShortExitPrice = 1610;
+        s.nMaxLots = 5;
+        s.nStayMilliSeconds = 1000000;
+        robot->setSettings(s);
+        if (!robot->start()) std::abort();
+    }
+};
+
+void run(benchmark::State& state, bool aResting) {
+    Desk desk(aResting ? 1571 : 1560);
+    if (aResting) {
+        tagBrokerOrder queued = desk.host.sent.at(0);
+        queued.nStatus = kOrderQueued;
+        desk.robot->onOrder(kEventOrderChanged, &queued);
+        if (desk.robot->leg(0).state() != 2) std::abort();
+    }
+    IModuleFutureTrader::ITickEx b = tick("IH2101", 3645.4, 3645.6);
+    std::uint64_t quotes = 0;
+    const std::uint64_t before = g_allocations.load();
+    for (auto _ : state) {
+        b.tQuoteTime += 500;
+        b.dVolume += 3;
+        desk.robot->onQuote(b);
+        ++quotes;
+    }
+    const std::uint64_t allocations = g_allocations.load() - before;
+    if (desk.host.sent.size() != (aResting ? 1u : 0u)) std::abort();
+    state.counters["allocs/quote"] =
+        benchmark::Counter(static_cast<double>(allocations) / static_cast<double>(quotes));
+}
+
+void BM_AutoSpreadQuoteWatching(benchmark::State& state) {
+    run(state, false);
+}
+void BM_AutoSpreadQuoteAResting(benchmark::State& state) {
+    run(state, true);
+}
+
+}  // namespace
+
+BENCHMARK(BM_AutoSpreadQuoteWatching);
+BENCHMARK(BM_AutoSpreadQuoteAResting);
