@@ -171,7 +171,6 @@ bool CAutoSpread::start() {
     }
     m_running = true;
     m_started = true;
-    m_declined = false;
     notify(kAutoSpreadChangeState);
     decide();
     return true;

@@ -210,6 +210,5 @@ private:
     bool m_started = false;   // started at least once: stopped now means paused
     bool m_deciding = false;
     bool m_again = false;     // something moved while deciding: decide once more
-    bool m_declined = false;  // the trader declined the confirmation of the last A
     std::function<void(unsigned)> m_changed;
 };

@@ -127,8 +127,7 @@ void CAutoSpread::sendLeg(int i, double lots, std::int32_t offset, bool confirm)
     if (!l.leg.send(o, tag, submit)) return;
 
     if (declined) {
-        m_declined = true;  // the trader said no: the robot stops asking
-        m_running = false;
+        m_running = false;  // the trader said no: the robot stops asking
     } else {
         char reason[160];
         const char* action = spreadActionText(m_round.action);
