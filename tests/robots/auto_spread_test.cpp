@@ -186,6 +186,30 @@ TEST_F(AutoSpreadSession, AFollowingOrderIsChasedUntilItFills) {
     EXPECT_DOUBLE_EQ(robot->rounds()[0].fill[1], (3645.0 + 2 * 3644.0) / 3);
 }
 
+TEST_F(AutoSpreadSession, OnlyAIsConfirmedAndADeclinedConfirmationPauses) {
+    ScriptedUi ui;
+    manager.setUi(&ui);
+    tagAutoSpreadTemplate s = settings();
+    s.bConfirmOrder = 1;
+    s.nMaxLots = 1;
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    tick(2);
+    EXPECT_EQ(robot->position(), 1);
+    ASSERT_EQ(ui.confirmed.size(), 1u);  // the following leg is never held up by a question
+    EXPECT_EQ(ui.confirmed[0].strCode, kIF.strCode);
+
+    robot->overridePosition(0);
+    ui.acceptConfirm = false;
+    tick();  // the next pass wants a new unit: the trader says no
+    EXPECT_EQ(ui.confirmed.size(), 2u);
+    EXPECT_FALSE(robot->running());
+    EXPECT_FALSE(robot->roundOpen());
+    EXPECT_EQ(journal.entries.size(), 2u);  // nothing sent, nothing recorded
+    EXPECT_EQ(robot->statusText(), "已暂停");
+    manager.setUi(nullptr);
+}
+
 TEST_F(AutoSpreadSession, RefusedFollowingOrdersBackOffThenPauseTheRobot) {
     tagAutoSpreadTemplate s = settings();
     s.nMaxLots = 1;
