@@ -16,6 +16,7 @@
 #include <QTableWidget>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <cstdio>
 #include <ctime>
 
@@ -133,20 +134,14 @@ AutoSpreadWindow::AutoSpreadWindow(CHelmsmanManage& manager, QWidget* parent)
 
     m_menu = new TemplateMenu(m_core.templates(), this);
     m_templateButton->setMenu(m_menu);
-    connect(m_menu, &TemplateMenu::templateChanged, this, [this] {
-        display(m_core.settings());
-        showCaption();
-    });
+    connect(m_menu, &TemplateMenu::templateChanged, this, [this] { showSettings(); });
     connect(m_start, &QPushButton::clicked, this, [this] { startOrPause(); });
     connect(m_update, &QPushButton::clicked, this, [this] { updatePosition(); });
     connect(m_position, &QSpinBox::valueChanged, this, [this] { m_positionEdited = true; });
 
     fillAccounts();
-    display(m_core.settings());
-    // What the lists could not show as saved (an account chosen for a leg without one) is
-    // what the robot holds from now on.
-    toCore();
     connectEdits();
+    showSettings();
 
     m_core.setChanged([this](unsigned what) { onCoreChanged(what); });
     m_timer = new QTimer(this);
@@ -434,8 +429,15 @@ tagAutoSpreadTemplate AutoSpreadWindow::collect() const {
     return s;
 }
 
+void AutoSpreadWindow::showSettings() {
+    display(m_core.settings());
+    // An account chosen for a leg that had none is what the robot holds from now on.
+    if (m_defaulted) toCore();
+}
+
 void AutoSpreadWindow::display(const tagAutoSpreadTemplate& s) {
     m_showing = true;
+    m_defaulted = false;
     for (int i = 0; i < CAutoSpread::kLegs; ++i) {
         const QSignalBlocker b1(m_legs[i].unit), b2(m_legs[i].lots);
         showLeg(i, s.legs[i], s.accounts[i]);
@@ -476,7 +478,10 @@ void AutoSpreadWindow::showLeg(int leg, const tagTemplateLeg& l, const tagTempla
         at = row.account->count() - 1;
     }
     // No saved account: leg A the first, B the second, C the third logged-on account.
-    if (at < 0 && row.account->count() > 0) at = std::min(leg, row.account->count() - 1);
+    if (at < 0 && row.account->count() > 0) {
+        at = std::min(leg, row.account->count() - 1);
+        m_defaulted = true;
+    }
     row.account->setCurrentIndex(at);
 
     int ex = row.exchange->findData(static_cast<int>(l.wExchangeID));
@@ -597,7 +602,7 @@ void AutoSpreadWindow::onCoreChanged(unsigned what) {
 void AutoSpreadWindow::flush() {
     const unsigned what = m_pending;
     m_pending = 0;
-    if (what & kAutoSpreadChangeSettings) display(m_core.settings());
+    if (what & kAutoSpreadChangeSettings) showSettings();
     if (what & kAutoSpreadChangeState) {
         setEditable(!locked());
         showRounds();

@@ -65,6 +65,8 @@ public:
     QDoubleSpinBox* lineBox(int i) const { return m_lines[i].price; }
     QCheckBox* lineCheck(int i) const { return m_lines[i].on; }
     QSpinBox* everyLotsBox() const { return m_everyLots; }
+    QComboBox* symbolBox(int leg) const { return m_legs[leg].symbol; }
+    QPushButton* updateButton() const { return m_update; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -95,6 +97,7 @@ private:
     void fillAccounts();
     void fillSymbols(int leg, int exchangeId);
     void showLeg(int leg, const tagTemplateLeg& l, const tagTemplateAccount& a);
+    void showSettings();
     void toCore();
     void onCoreChanged(unsigned what);
     void showQuotes();
@@ -134,6 +137,7 @@ private:
     unsigned m_pending = 0;
     bool m_showing = false;  // controls are being set from a record: no echo to the core
     bool m_pushing = false;  // the window is handing its settings to the core
+    bool m_defaulted = false;  // a leg without a saved account shows a logged-on one
     bool m_positionEdited = false;
     std::size_t m_roundsShown = 0;
 };
