@@ -42,3 +42,13 @@ std::int32_t applyAutoOpenClose(CSubscibeManage& host, tagBrokerOrder& order,
     order.nOpenClose = chooseOpenClose(host, order, s);
     return order.nOpenClose;
 }
+
+std::int32_t robotCloseFlag(CSubscibeManage* host, const tagBrokerOrder& order) {
+    if (order.nExchangeID != 0 || !host) return kClose;
+    tagOpenedPosition pos;
+    if (host->GetPosition(pos, order.strAccountID, order.strBrokerID,
+                          {static_cast<std::uint16_t>(order.nExchangeID), order.strCode}) != 1)
+        return kClose;
+    const double today = order.nDirection == kDirSell ? pos.dLongToday : pos.dShortToday;
+    return today >= order.dVolume ? kCloseToday : kClose;
+}

@@ -33,3 +33,8 @@ std::int32_t chooseOpenClose(CSubscibeManage& host, const tagBrokerOrder& order,
 // Sets order.nOpenClose to chooseOpenClose(...) and returns it.
 std::int32_t applyAutoOpenClose(CSubscibeManage& host, tagBrokerOrder& order,
                                 const HelmsmanSettings& s);
+
+// The flag of a robot's closing order: a plain close, or close-today on exchange 0 (where a
+// plain close takes only yesterday's position) when today's position on the side it closes
+// covers the whole order. A position that cannot be read gives a plain close.
+std::int32_t robotCloseFlag(CSubscibeManage* host, const tagBrokerOrder& order);

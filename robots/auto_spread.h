@@ -173,7 +173,9 @@ private:
 
     const tagTemplateAccount& accountOf(int i) const { return m_settings.accounts[i]; }
     void readLegs();
+    void recompute();
     void decide();
+    void decidePass();
     void startRound(const AutoSpreadPlan& p);
     void stepFirst();
     void stepHedge();
@@ -205,7 +207,9 @@ private:
     std::int64_t m_nextRoundMs = 0;
     bool m_running = false;
     bool m_closing = false;
+    bool m_started = false;   // started at least once: stopped now means paused
     bool m_deciding = false;
+    bool m_again = false;     // something moved while deciding: decide once more
     bool m_declined = false;  // the trader declined the confirmation of the last A
     std::function<void(unsigned)> m_changed;
 };

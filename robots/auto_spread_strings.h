@@ -29,9 +29,11 @@ inline constexpr const char* kBadShortLines = "空头开仓价差必须高于空
 inline constexpr const char* kBadStep = "分批间隔和分批数量必须大于等于1，请重新设置！";
 inline constexpr const char* kBadStay = "挂单等待时间必须大于等于100毫秒，请重新设置！";
 inline constexpr const char* kBadDelay = "下单间隔不能小于0秒，请重新设置！";
+inline constexpr const char* kUnknownSymbol = "商品合约不存在，请重新选择商品！";
 inline constexpr const char* kRollTwoLegs = "换月模式只能用于两腿价差，请取消蝶式！";
 
 // Messages while running.
+inline constexpr const char* kBusy = "价差舟运行中或有委托未完成，不能修改设置，请先暂停！";
 inline constexpr const char* kAskClose = "价差舟正在运行或有委托未完成，确定要关闭吗？";
 inline constexpr const char* kHedgeRefused =
     "商品%s补单连续%d次被拒绝，价差舟已暂停。请检查帐户后重新启动，或手动补齐头寸！";

@@ -175,7 +175,6 @@ private:
     void sendOrder(Pair& p, tagBrokerOrder& order, std::string tag, std::string reason,
                    std::vector<JournalFigure> figures);
     tagBrokerOrder makeOrder(bool legA, std::int32_t direction, double price, bool closing);
-    std::int32_t closeFlag(const tagBrokerOrder& order);
     GridPlan plan(const Pair& p) const;
     void notify(unsigned what);
 

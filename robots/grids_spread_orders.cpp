@@ -51,25 +51,13 @@ tagBrokerOrder CGridsSpread::makeOrder(bool legA, std::int32_t direction, double
     o.tCreateTime = m_manager.clock().now();
     o.dVolume = legA ? m_sizes.a : m_sizes.b;
     o.dPrice = price;
-    o.nOpenClose = closing ? closeFlag(o) : kOpen;
+    // A closing order closes what the robot opened today (close-today where the exchange
+    // tells the days apart).
+    o.nOpenClose = closing ? robotCloseFlag(m_manager.facade(), o) : kOpen;
     o.nHedge = kSpeculation;
     if (CSubscibeManage* host = m_manager.facade(); host && m_manager.settings().bAutoKP)
         applyAutoOpenClose(*host, o, m_manager.settings());
     return o;
-}
-
-// A closing order closes what the robot opened today. Where a plain close takes only
-// yesterday's position (the Shanghai exchange), today's is closed explicitly when it covers
-// the order.
-std::int32_t CGridsSpread::closeFlag(const tagBrokerOrder& order) {
-    CSubscibeManage* host = m_manager.facade();
-    if (order.nExchangeID != 0 || !host) return kClose;
-    tagOpenedPosition pos;
-    if (host->GetPosition(pos, order.strAccountID, order.strBrokerID,
-                          {static_cast<std::uint16_t>(order.nExchangeID), order.strCode}) != 1)
-        return kClose;
-    const double today = order.nDirection == kDirSell ? pos.dLongToday : pos.dShortToday;
-    return today >= order.dVolume ? kCloseToday : kClose;
 }
 
 void CGridsSpread::sendOrder(Pair& p, tagBrokerOrder& order, std::string tag, std::string reason,
