@@ -326,12 +326,10 @@ QWidget* AutoSpreadWindow::buildState() {
     m_roundTable->setHorizontalHeaderLabels(heads);
     m_roundTable->verticalHeader()->hide();
     m_roundTable->verticalHeader()->setDefaultSectionSize(m_roundTable->fontMetrics().height() + 6);
-    m_roundTable->horizontalHeader()->setStretchLastSection(true);
+    m_roundTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     m_roundTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_roundTable->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_roundTable->setMinimumHeight(m_roundTable->verticalHeader()->defaultSectionSize() * 5 + 28);
-    const int widths[] = {70, 70, 44, 90, 90, 90, 80};
-    for (int c = 0; c < 7; ++c) m_roundTable->setColumnWidth(c, widths[c]);
     layout->addWidget(m_roundTable, 1);
     return box;
 }
@@ -363,6 +361,7 @@ void AutoSpreadWindow::connectEdits() {
 void AutoSpreadWindow::fillAccounts() {
     std::vector<tagAccoutInfo> accounts;
     if (CSubscibeManage* host = m_manager.facade()) host->GetAvailableAccounts(accounts);
+    int widest = 0;
     for (LegRow& row : m_legs) {
         const QSignalBlocker block(row.account);
         row.account->clear();
@@ -374,8 +373,11 @@ void AutoSpreadWindow::fillAccounts() {
             const int at = row.account->count() - 1;
             row.account->setItemData(at, q(a.strAccountName), Qt::UserRole + 1);
             row.account->setItemData(at, a.nAccountType, Qt::UserRole + 2);
+            widest = std::max(widest, row.account->fontMetrics().horizontalAdvance(q(text)));
         }
     }
+    // The whole "id(name)" stays readable whatever the style's padding.
+    for (LegRow& row : m_legs) row.account->setMinimumWidth(widest + 48);
 }
 
 void AutoSpreadWindow::fillSymbols(int leg, int exchangeId) {

@@ -73,6 +73,7 @@ protected:
         w->chooseLeg(1, "880002", 3, "IH2101");
         sim.deliverPending();
         w->flush();
+        legs = w->collect();
     }
 
     // Lets the exchange and the robot run for `passes` timer passes.
@@ -86,15 +87,15 @@ protected:
         w->flush();
     }
 
-    // Settings with only the long lines, one unit a round.
-    tagAutoSpreadTemplate longLines(bool entry, double entryAt, bool exit, double exitAt) {
-        tagAutoSpreadTemplate s = w->collect();
+    // The legs as opened with only the long lines: one unit a round, one held at most.
+    tagAutoSpreadTemplate longLines(bool entry, double entryAt, bool exit, double exitAt) const {
+        tagAutoSpreadTemplate s = legs;
         s.bLongEntry = entry ? 1 : 0;
         s.dLongEntryPrice = entryAt;
         s.bLongExit = exit ? 1 : 0;
         s.dLongExitPrice = exitAt;
         s.nEveryLots = 1;
-        s.nMaxLots = 2;
+        s.nMaxLots = 1;
         return s;
     }
 
@@ -106,6 +107,7 @@ protected:
     CHelmsmanManage manager;
     ManagerSink sink;
     AutoSpreadWindow* w = nullptr;
+    tagAutoSpreadTemplate legs;
 };
 
 TEST_F(AutoSpreadWindowTest, SaysWhyAStartIsRefusedAndLocksTheSettingsWhileRunning) {
@@ -172,31 +174,44 @@ TEST_F(AutoSpreadWindowTest, SaysWhyAStartIsRefusedAndLocksTheSettingsWhileRunni
 
 TEST_F(AutoSpreadWindowTest, ShowsATemplateItApplies) {
     tagAutoSpreadTemplate t;
-    t.strName = "IF-IH";
-    t.legs[0] = {3, "IF2101"};
-    t.legs[1] = {3, "IH2101"};
-    t.nSpreadLots = {2, 3, 1};
-    t.dSpreadUnit = {1, 1.5, 1};
+    t.strName = "IF-IH-IC";
+    t.legs = {tagTemplateLeg{3, "IF2101"}, tagTemplateLeg{3, "IH2101"}, tagTemplateLeg{3, "IC2101"}};
+    t.nSpreadLots = {2, 1, 1};
+    t.dSpreadUnit = {2, 1, 0.5};
+    t.bButterfly = 1;
     t.bShortEntry = 1;
-    t.dShortEntryPrice = 1620.4;
+    t.dShortEntryPrice = 3620.4;
     t.bShortExit = 1;
-    t.dShortExitPrice = 1590;
+    t.dShortExitPrice = 3590;
     t.nEveryLots = 3;
+    t.nMaxLots = 9;
     t.nStayMilliSeconds = 5000;  // not the template's to change
     ASSERT_TRUE(CTemplateStore<tagAutoSpreadTemplate>(manager.userDir(), template_files::kAutoSpread)
                     .save({t}));
     open();
+    EXPECT_FALSE(w->symbolBox(2)->isEnabled());
     const int stay = w->core().settings().nStayMilliSeconds;
     w->templateMenu()->run(26780);
     w->flush();
-    EXPECT_EQ(w->windowTitle(), u("IF-IH@价差舟[公式:2A-3B]"));
+    EXPECT_EQ(w->windowTitle(), u("IF-IH-IC@价差舟[公式:2A-1B-1C]"));
+    EXPECT_TRUE(w->symbolBox(2)->isEnabled());
+    EXPECT_EQ(w->symbolBox(2)->currentText(), u("IC2101"));
     EXPECT_TRUE(w->lineCheck(2)->isChecked());
-    EXPECT_EQ(w->lineBox(2)->text(), u("1620.4"));
-    EXPECT_EQ(w->lineBox(3)->text(), u("1590"));
+    EXPECT_EQ(w->lineBox(2)->text(), u("3620.4"));
+    EXPECT_EQ(w->lineBox(3)->text(), u("3590"));
     EXPECT_FALSE(w->lineCheck(0)->isChecked());
     EXPECT_EQ(w->everyLotsBox()->value(), 3);
-    EXPECT_EQ(w->collect().dSpreadUnit[1], 1.5);
-    EXPECT_EQ(w->collect().nStayMilliSeconds, stay);
+    // 2 x 5229.6 - 3645.6 - 0.5 x 6373.0 to sell.
+    EXPECT_EQ(w->rowLabel(SpreadRow::Bid)->text(), u("3627.1/6"));
+    const tagAutoSpreadTemplate shown = w->collect();
+    EXPECT_EQ(shown.dSpreadUnit[2], 0.5);
+    EXPECT_EQ(shown.nStayMilliSeconds, stay);
+    // The legs of a template without accounts take the logged-on ones, and the robot too.
+    EXPECT_EQ(w->core().settings().accounts[1].strAccountID, shown.accounts[1].strAccountID);
+    EXPECT_FALSE(shown.accounts[1].strAccountID.empty());
+    w->show();
+    w->resize(w->sizeHint());
+    saveScreenshot(w, "auto_spread_butterfly.png");
 }
 
 TEST_F(AutoSpreadWindowTest, FollowsTheRobotsRounds) {
@@ -242,16 +257,6 @@ TEST_F(AutoSpreadWindowTest, FollowsTheRobotsRounds) {
     w->positionBox()->setValue(0);
     w->updateButton()->click();
     EXPECT_EQ(w->core().position(), 0);
-
-    // Three legs: leg C opens with the butterfly.
-    QComboBox* symbolC = w->symbolBox(2);
-    EXPECT_FALSE(symbolC->isEnabled());
-    w->butterflyButton()->click();
-    EXPECT_TRUE(symbolC->isEnabled());
-    w->chooseLeg(2, "880001", 3, "IC2101");
-    w->flush();
-    EXPECT_EQ(w->windowTitle(), u("价差舟[公式:1A-1B-1C]"));
-    saveScreenshot(w, "auto_spread_butterfly.png");
 }
 
 }  // namespace
