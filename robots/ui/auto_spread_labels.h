@@ -53,7 +53,7 @@ inline constexpr const char* kUpdate = "更新";
 inline constexpr const char* kAverage = "持仓均价差";
 inline constexpr const char* kRealised = "平仓盈亏(点)";
 inline constexpr const char* kStatus = "状态";
-inline constexpr const char* kRoundHeads[] = {"时间", "动作", "份数", "A成交价",
+inline constexpr const char* kRoundHeads[] = {"时间",    "动作",    "份数", "A成交价",
                                               "B成交价", "C成交价", "价差"};
 
 // Buttons.

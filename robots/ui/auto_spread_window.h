@@ -135,8 +135,8 @@ private:
     TemplateMenu* m_menu = nullptr;
     QTimer* m_timer = nullptr;
     unsigned m_pending = 0;
-    bool m_showing = false;  // controls are being set from a record: no echo to the core
-    bool m_pushing = false;  // the window is handing its settings to the core
+    bool m_showing = false;    // controls are being set from a record: no echo to the core
+    bool m_pushing = false;    // the window is handing its settings to the core
     bool m_defaulted = false;  // a leg without a saved account shows a logged-on one
     bool m_positionEdited = false;
     std::size_t m_roundsShown = 0;
