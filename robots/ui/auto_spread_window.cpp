@@ -33,6 +33,10 @@ QString q(const std::string& s) {
     return QString::fromStdString(s);
 }
 
+// What an account item holds besides its "id|broker" key.
+constexpr int kNameRole = Qt::UserRole + 1;
+constexpr int kTypeRole = Qt::UserRole + 2;
+
 QString accountKey(const std::string& id, const std::string& broker) {
     return q(id) + "|" + q(broker);
 }
@@ -145,8 +149,8 @@ void AutoSpreadWindow::fillAccounts() {
                           a.strAccountName.c_str());
             row.account->addItem(q(text), accountKey(a.strAccountID, a.strBrokerID));
             const int at = row.account->count() - 1;
-            row.account->setItemData(at, q(a.strAccountName), Qt::UserRole + 1);
-            row.account->setItemData(at, a.nAccountType, Qt::UserRole + 2);
+            row.account->setItemData(at, q(a.strAccountName), kNameRole);
+            row.account->setItemData(at, a.nAccountType, kTypeRole);
             widest = std::max(widest, row.account->fontMetrics().horizontalAdvance(q(text)));
         }
     }
@@ -176,9 +180,9 @@ tagAutoSpreadTemplate AutoSpreadWindow::collect() const {
         const QStringList key = row.account->currentData().toString().split('|');
         a.strAccountID = key.value(0).toStdString();
         a.strBrokerID = key.value(1).toStdString();
-        a.strAccountName = row.account->currentData(Qt::UserRole + 1).toString().toStdString();
+        a.strAccountName = row.account->currentData(kNameRole).toString().toStdString();
         a.strAccountText = row.account->currentText().toStdString();
-        const QVariant type = row.account->currentData(Qt::UserRole + 2);
+        const QVariant type = row.account->currentData(kTypeRole);
         if (type.isValid()) a.nAccountType = type.toInt();
         s.legs[i].wExchangeID = static_cast<std::uint16_t>(row.exchange->currentData().toInt());
         s.legs[i].szSymbolCode = row.symbol->currentData().toString().toStdString();
@@ -252,6 +256,8 @@ void AutoSpreadWindow::showLeg(int leg, const tagTemplateLeg& l, const tagTempla
         const std::string text = a.strAccountText.empty() ? a.strAccountID : a.strAccountText;
         row.account->addItem(q(text), accountKey(a.strAccountID, a.strBrokerID));
         at = row.account->count() - 1;
+        row.account->setItemData(at, q(a.strAccountName), kNameRole);
+        row.account->setItemData(at, a.nAccountType, kTypeRole);
     }
     // No saved account: leg A the first, B the second, C the third logged-on account.
     if (at < 0 && row.account->count() > 0) {

@@ -134,6 +134,12 @@ TEST_F(AutoSpreadWindowTest, SaysWhyAStartIsRefusedAndLocksTheSettingsWhileRunni
          "多头开仓价差必须低于多头平仓价差，请重新设置！"},
         {"no leg B", [](tagAutoSpreadTemplate& s) { s.legs[1].szSymbolCode.clear(); },
          "请选择商品A和商品B！"},
+        // A saved account that is not logged on is kept, never swapped for another.
+        {"account logged off",
+         [](tagAutoSpreadTemplate& s) {
+             s.accounts[1] = {"880009", "9999", "", "880009()", 1};
+         },
+         "请先登录交易帐户！"},
     };
     for (const Refusal& r : refusals) {
         tagAutoSpreadTemplate s = longLines(true, 1500, true, 1700);
@@ -157,6 +163,9 @@ TEST_F(AutoSpreadWindowTest, SaysWhyAStartIsRefusedAndLocksTheSettingsWhileRunni
     EXPECT_FALSE(w->templateButton()->isEnabled());
     EXPECT_FALSE(w->butterflyButton()->isEnabled());
     for (QComboBox* box : w->findChildren<QComboBox*>()) EXPECT_FALSE(box->isEnabled());
+    prompter.answers = {false};
+    EXPECT_FALSE(w->close());  // the trader keeps the running robot
+    EXPECT_EQ(prompter.lastText(), "价差舟正在运行或有委托未完成，确定要关闭吗？");
 
     w->startButton()->click();
     EXPECT_FALSE(w->core().running());
@@ -175,7 +184,8 @@ TEST_F(AutoSpreadWindowTest, SaysWhyAStartIsRefusedAndLocksTheSettingsWhileRunni
 TEST_F(AutoSpreadWindowTest, ShowsATemplateItApplies) {
     tagAutoSpreadTemplate t;
     t.strName = "IF-IH-IC";
-    t.legs = {tagTemplateLeg{3, "IF2101"}, tagTemplateLeg{3, "IH2101"}, tagTemplateLeg{3, "IC2101"}};
+    t.legs = {tagTemplateLeg{3, "IF2101"}, tagTemplateLeg{3, "IH2101"},
+              tagTemplateLeg{3, "IC2101"}};
     t.nSpreadLots = {2, 1, 1};
     t.dSpreadUnit = {2, 1, 0.5};
     t.bButterfly = 1;
@@ -186,8 +196,9 @@ TEST_F(AutoSpreadWindowTest, ShowsATemplateItApplies) {
     t.nEveryLots = 3;
     t.nMaxLots = 9;
     t.nStayMilliSeconds = 5000;  // not the template's to change
-    ASSERT_TRUE(CTemplateStore<tagAutoSpreadTemplate>(manager.userDir(), template_files::kAutoSpread)
-                    .save({t}));
+    ASSERT_TRUE(
+        CTemplateStore<tagAutoSpreadTemplate>(manager.userDir(), template_files::kAutoSpread)
+            .save({t}));
     open();
     EXPECT_FALSE(w->symbolBox(2)->isEnabled());
     const int stay = w->core().settings().nStayMilliSeconds;
