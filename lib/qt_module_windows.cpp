@@ -23,6 +23,7 @@
 #include "order/ui/qt_module_ui.h"
 #include "order/ui/stop_trigger_dialog.h"
 #include "robots/robot_strings.h"
+#include "robots/ui/auto_spread_window.h"
 #include "robots/ui/blader_window.h"
 #include "robots/ui/robot_launcher_window.h"
 #include "spread/ui/manual_spread_window.h"
@@ -85,6 +86,9 @@ void installModuleUi(CHelmsmanManage& manager, CModuleWindows& windows) {
         return openBatchTrader(block ? &block->symbol : nullptr);
     });
     windows.add("OpenManualSpread", [](const WindowRequest&) { return openManualSpread(); });
+    windows.add("OpenSpreadTrader", [&manager](const WindowRequest&) {
+        return openAutoSpread(manager) != 0 ? 1 : 0;
+    });
     windows.add("OpenAMTOrder", [](const WindowRequest&) { return openAMTOrder(); });
     windows.add("OpenOrderJournal", [&manager](const WindowRequest&) {
         const ModuleJournal& j = moduleJournal();

@@ -21,7 +21,7 @@ const std::vector<AddinTool>& addinTools() {
         {"DeleteTriggerOrders", t::kToolDeleteTriggerOrders, N::Nothing, false},
         {"OpenLocalTrigger", t::kToolOpenLocalTrigger, N::Nothing, true},
         {"OpenManualSpread", t::kToolOpenManualSpread, N::Nothing, true},
-        {"OpenSpreadTrader", t::kToolOpenSpreadTrader, N::Nothing, false},
+        {"OpenSpreadTrader", t::kToolOpenSpreadTrader, N::Nothing, true},
         {"OpenRobotLauncher", t::kToolOpenRobotLauncher, N::Nothing, true},
         {"OpenOrderJournal", t::kToolOpenOrderJournal, N::Nothing, false},
         {"OpenAMTOrder", t::kToolOpenAMTOrder, N::Nothing, true},
