@@ -204,7 +204,10 @@ void CAutoSpread::cancelWorking() {
 bool CAutoSpread::overridePosition(std::int32_t units) {
     for (const Leg& l : m_legs) {
         const std::int32_t st = l.leg.state();
-        if (st != kLegIdle && st != kLegParked) return false;
+        if (st != kLegIdle && st != kLegParked) {
+            m_manager.prompter().inform(t::kPrompt, t::kOrderWorking);
+            return false;
+        }
     }
     m_manager.prompter().inform(t::kPrompt, t::kManualPosition);
     if (units == 0 || (units > 0) != (m_position > 0)) m_averageSpread = 0;

@@ -125,7 +125,7 @@ public:
     // ---- What it holds ----------------------------------------------------------------
     std::int32_t position() const { return m_position; }  // units; > 0 long, < 0 short
     // The trader's own figure (after a warning); parked legs are freed and an open round is
-    // forgotten. Refused while an order works.
+    // forgotten. Refused, with a message, while an order works.
     bool overridePosition(std::int32_t units);
     double averageSpread() const { return m_averageSpread; }  // of the units held
     double realised() const { return m_realised; }  // spread points x units, closed rounds
@@ -135,6 +135,8 @@ public:
     bool hasQuote(int leg) const { return m_legs[leg].valid; }
     const IModuleFutureTrader::ITickEx& quote(int leg) const { return m_legs[leg].tick; }
     const CLeg& leg(int i) const { return m_legs[i].leg; }
+    // Decimals of leg i's price step (0 until its contract is known).
+    int decimals(int i) const { return m_legs[i].decimals; }
     // The plan the current quotes would start now (for the window's hint).
     AutoSpreadPlan plan() const;
     std::string statusText() const;

@@ -37,6 +37,7 @@ inline constexpr const char* kBusy = "价差舟运行中或有委托未完成，
 inline constexpr const char* kAskClose = "价差舟正在运行或有委托未完成，确定要关闭吗？";
 inline constexpr const char* kHedgeRefused =
     "商品%s补单连续%d次被拒绝，价差舟已暂停。请检查帐户后重新启动，或手动补齐头寸！";
+inline constexpr const char* kOrderWorking = "价差舟有委托未完成，请等委托结束后再修改持仓！";
 inline constexpr const char* kManualPosition = "手工修改持仓后，请确认各腿的实际头寸与之相符！";
 
 // Status line.

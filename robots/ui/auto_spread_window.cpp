@@ -13,6 +13,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <ctime>
 
@@ -31,6 +32,15 @@ QString q(const char* s) {
 }
 QString q(const std::string& s) {
     return QString::fromStdString(s);
+}
+
+// A leg's price with its step's decimals ("5230.0"); an average off the step (several fills)
+// with up to four.
+QString legPrice(double v, int decimals) {
+    const double scale = std::pow(10.0, decimals);
+    if (std::abs(v * scale - std::round(v * scale)) < 1e-6)
+        return QString::number(v, 'f', decimals);
+    return q(spreadPriceText(v));
 }
 
 // What an account item holds besides its "id|broker" key.
@@ -400,8 +410,8 @@ void AutoSpreadWindow::showQuotes() {
     for (int i = 0; i < CAutoSpread::kLegs; ++i) {
         const bool has = m_core.hasQuote(i);
         const IModuleFutureTrader::ITickEx& tick = m_core.quote(i);
-        m_legs[i].bid->setText(has ? q(spreadPriceText(tick.dBid)) : QString());
-        m_legs[i].ask->setText(has ? q(spreadPriceText(tick.dAsk)) : QString());
+        m_legs[i].bid->setText(has ? legPrice(tick.dBid, m_core.decimals(i)) : QString());
+        m_legs[i].ask->setText(has ? legPrice(tick.dAsk, m_core.decimals(i)) : QString());
     }
 }
 
@@ -433,7 +443,8 @@ void AutoSpreadWindow::showRounds() {
         const AutoSpreadRound& r = *it;
         QStringList cells = {timeOfDay(r.endMs), q(spreadActionText(r.action)),
                              QString::number(r.units)};
-        for (double fill : r.fill) cells << (fill != 0 ? q(spreadPriceText(fill)) : QString());
+        for (int i = 0; i < CAutoSpread::kLegs; ++i)
+            cells << (r.fill[i] != 0 ? legPrice(r.fill[i], m_core.decimals(i)) : QString());
         cells << q(spreadPriceText(r.spread));
         for (int c = 0; c < cells.size(); ++c) {
             auto* item = new QTableWidgetItem(cells[c]);
