@@ -14,6 +14,7 @@
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
 #include "support/scripted.h"
+#include "support/test_day.h"
 
 namespace {
 
@@ -36,15 +37,6 @@ struct BenchHost : FakeHost {
     }
 };
 
-std::int64_t tenOClock() {
-    std::tm tm{};
-    tm.tm_year = 121;
-    tm.tm_mday = 4;
-    tm.tm_hour = 10;
-    tm.tm_isdst = -1;
-    return fromLocalTm(tm) * 1000;
-}
-
 // Three conditions that hold, hold, and fail at the last: every one is read.
 std::array<tagAMTFilter, 3> threeConditions() {
     return {tagAMTFilter{1, "MA5", 0, 1, "MA20", 0}, tagAMTFilter{1, "VOL1M", 1, 0, "", 100},
@@ -55,7 +47,7 @@ void runQuotes(benchmark::State& state, bool holding) {
     BenchHost host;
     host.details["IF2101"] = contractDetail(0.2f, 1, 300);
     host.accounts = {FakeHost::account("880001", "9999", "模拟账户一")};
-    ManualClock clock(tenOClock());
+    ManualClock clock(testday::localMs(10, 0));
     ScriptedPrompter prompter;
     ScriptedUi ui;
     CHelmsmanManage manager;

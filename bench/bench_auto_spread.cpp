@@ -5,24 +5,15 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
-#include <ctime>
 
 #include "alloc_count.h"
 #include "app/helmsman_manage.h"
 #include "robots/auto_spread.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
+#include "support/test_day.h"
 
 namespace {
-
-std::int64_t tenOClockMs() {
-    std::tm tm{};
-    tm.tm_year = 121;
-    tm.tm_mday = 4;
-    tm.tm_hour = 10;
-    tm.tm_isdst = -1;
-    return fromLocalTm(tm) * 1000;
-}
 
 IModuleFutureTrader::ITickEx tick(const char* code, double bid, double ask) {
     IModuleFutureTrader::ITickEx t = TickBuilder(3, code).bid(bid, 5).ask(ask, 5).last(bid);
@@ -34,7 +25,7 @@ IModuleFutureTrader::ITickEx tick(const char* code, double bid, double ask) {
 // A running robot on IF2101 - IH2101 (spread ask 5216.2 - 3645.4 = 1570.8).
 struct Desk {
     FakeHost host;
-    ManualClock clock{tenOClockMs()};
+    ManualClock clock{testday::localMs(10, 0)};
     CHelmsmanManage manager;
     std::unique_ptr<CAutoSpread> robot;
 

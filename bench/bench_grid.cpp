@@ -6,7 +6,6 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <ctime>
 #include <new>
 
 #include "alloc_count.h"
@@ -14,17 +13,9 @@
 #include "robots/grids_spread.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
+#include "support/test_day.h"
 
 namespace {
-
-std::int64_t tenOClockMs() {
-    std::tm tm{};
-    tm.tm_year = 121;
-    tm.tm_mday = 4;
-    tm.tm_hour = 10;
-    tm.tm_isdst = -1;
-    return fromLocalTm(tm) * 1000;
-}
 
 IModuleFutureTrader::ITickEx tick(const char* code, double bid, double ask) {
     IModuleFutureTrader::ITickEx t = TickBuilder(3, code).bid(bid, 5).ask(ask, 5).last(bid);
@@ -36,7 +27,7 @@ IModuleFutureTrader::ITickEx tick(const char* code, double bid, double ask) {
 // A running grid whose opening B rests at the exchange.
 struct Desk {
     FakeHost host;
-    ManualClock clock{tenOClockMs()};
+    ManualClock clock{testday::localMs(10, 0)};
     CHelmsmanManage manager;
     std::unique_ptr<CGridsSpread> grid;
 

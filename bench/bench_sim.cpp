@@ -6,6 +6,7 @@
 #include "host/window.h"
 #include "sim/sim_exchange.h"
 #include "sim/sim_test_util.h"
+#include "support/test_day.h"
 
 namespace {
 
@@ -24,15 +25,6 @@ struct CountingSink : ISimEventSink {
         ++windows;
     }
 };
-
-std::int64_t tenOClock() {
-    std::tm tm{};
-    tm.tm_year = 121;
-    tm.tm_mday = 4;
-    tm.tm_hour = 10;
-    tm.tm_isdst = -1;
-    return fromLocalTm(tm) * 1000;
-}
 
 IModuleFutureTrader::ITickEx quote(double bid, double ask, double last) {
     return simtest::quote(kIF, bid, 10, ask, 10, last);
@@ -53,7 +45,7 @@ tagBrokerOrder order(int dir, double vol, double px) {
 
 // One imposed quote of a symbol subscribed by `handles` windows, delivered to the sink.
 void BM_QuoteToDelivery(benchmark::State& state) {
-    ManualClock clock(tenOClock());
+    ManualClock clock(testday::localMs(10, 0));
     SimExchange ex(clock, simtest::quietOptions());
     ex.setAccountFunds("880001", 1e12);
     CountingSink sink;
@@ -77,7 +69,7 @@ BENCHMARK(BM_QuoteToDelivery)->Arg(1)->Arg(10);
 // A full random-walk round of the whole catalogue (13 contracts), every quote delivered to
 // the desk sink and to one subscribed window per contract: the UI thread's work per 500 ms.
 void BM_StepAndDeliverCatalogue(benchmark::State& state) {
-    ManualClock clock(tenOClock());
+    ManualClock clock(testday::localMs(10, 0));
     SimExchange ex(clock);
     ex.setAccountFunds("880001", 1e12);
     CountingSink sink, desk;
@@ -91,7 +83,7 @@ void BM_StepAndDeliverCatalogue(benchmark::State& state) {
     int n = 0;
     for (auto _ : state) {
         // Rounds of the first ten minutes after 10:00, so every exchange keeps trading.
-        clock.setNowMs(tenOClock() + 500 * (1 + n++ % 1200));
+        clock.setNowMs(testday::localMs(10, 0) + 500 * (1 + n++ % 1200));
         ex.step();
         ex.deliverPending();
     }
@@ -102,7 +94,7 @@ BENCHMARK(BM_StepAndDeliverCatalogue);
 // Sending one order that fills against the touch, with `range` resting orders in the same
 // contract (spread over 100 price levels below the market) that it must not disturb.
 void BM_SendOrderWithResting(benchmark::State& state) {
-    ManualClock clock(tenOClock());
+    ManualClock clock(testday::localMs(10, 0));
     SimExchange ex(clock, simtest::quietOptions());
     ex.setAccountFunds("880001", 1e12);
     auto deep = quote(5230.0, 5230.2, 5230.0);
@@ -127,7 +119,7 @@ BENCHMARK(BM_SendOrderWithResting)->Arg(0)->Arg(1000);
 // A quote round with 1,000 resting orders of which none can fill (the common case): the
 // price index must make this independent of the resting count.
 void BM_QuoteRoundWithResting(benchmark::State& state) {
-    ManualClock clock(tenOClock());
+    ManualClock clock(testday::localMs(10, 0));
     SimExchange ex(clock, simtest::quietOptions());
     ex.setAccountFunds("880001", 1e12);
     ex.applyQuote(quote(5230.0, 5230.2, 5230.0));
@@ -147,7 +139,7 @@ BENCHMARK(BM_QuoteRoundWithResting)->Arg(0)->Arg(1000)->Arg(10000);
 // Cost per fill of a resting order: 1,000 resting buys at one price, then a quote that
 // trades through them all.
 void BM_TradeThroughThousandResting(benchmark::State& state) {
-    ManualClock clock(tenOClock());
+    ManualClock clock(testday::localMs(10, 0));
     SimExchange ex(clock, simtest::quietOptions());
     ex.setAccountFunds("880001", 1e12);
     for (auto _ : state) {

@@ -5,13 +5,13 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <ctime>
 #include <new>
 
 #include "alloc_count.h"
 #include "app/helmsman_manage.h"
 #include "support/fake_host.h"
 #include "support/quote_builders.h"
+#include "support/test_day.h"
 #include "trigger/local_trigger.h"
 
 namespace {
@@ -23,18 +23,9 @@ std::string symbolCode(int i) {
     return "cu21" + std::to_string(10 + i);
 }
 
-std::int64_t tenOClockMs() {
-    std::tm tm{};
-    tm.tm_year = 121;
-    tm.tm_mday = 4;
-    tm.tm_hour = 10;
-    tm.tm_isdst = -1;
-    return fromLocalTm(tm) * 1000;
-}
-
 struct Desk {
     FakeHost host;
-    ManualClock clock{tenOClockMs()};
+    ManualClock clock{testday::localMs(10, 0)};
     CHelmsmanManage manager;
     Desk() {
         for (int s = 0; s < kSymbols; ++s) {

@@ -39,6 +39,36 @@ std::string formatG(double v) {
     return buf;
 }
 
+// The legs' keys both spread tools keep: wExchangeID1..3 and szSymbolCode1..3, then
+// dSpreadUnit1..3, then nSpreadLots1..3.
+template <class T>
+void writeLegKeys(CProfileIni& ini, const char* s, const T& t) {
+    for (int i = 0; i < 3; ++i) {
+        const std::string n = std::to_string(i + 1);
+        ini.writeString(s, "wExchangeID" + n, std::to_string(t.legs[i].wExchangeID));
+        ini.writeString(s, "szSymbolCode" + n, t.legs[i].szSymbolCode);
+    }
+    for (int i = 0; i < 3; ++i)
+        ini.writeString(s, "dSpreadUnit" + std::to_string(i + 1), formatG(t.dSpreadUnit[i]));
+    for (int i = 0; i < 3; ++i)
+        ini.writeString(s, "nSpreadLots" + std::to_string(i + 1), std::to_string(t.nSpreadLots[i]));
+}
+
+// Reads them back: an absent key keeps the record's default, reals are read as reals and
+// codes are cut like a record's.
+template <class T>
+void readLegKeys(const CProfileIni& ini, const char* s, T& t) {
+    for (int i = 0; i < 3; ++i) {
+        const std::string n = std::to_string(i + 1);
+        t.legs[i].wExchangeID =
+            static_cast<std::uint16_t>(ini.getInt(s, "wExchangeID" + n, t.legs[i].wExchangeID));
+        t.legs[i].szSymbolCode = ini.getString(s, "szSymbolCode" + n, {}, kTemplateCodeBytes + 1);
+        if (const auto v = number_text::parse(ini.getString(s, "dSpreadUnit" + n)))
+            t.dSpreadUnit[i] = *v;
+        t.nSpreadLots[i] = ini.getInt(s, "nSpreadLots" + n, t.nSpreadLots[i]);
+    }
+}
+
 }  // namespace
 
 void writeTemplate(CArchiveWriter& out, const tagManualSpreadTemplate& t) {
@@ -63,15 +93,7 @@ void readTemplate(CArchiveReader& in, tagManualSpreadTemplate& t) {
 
 void writeManualSpreadDefault(CProfileIni& ini, const tagManualSpreadTemplate& t) {
     const char* s = kManualSpreadSection;
-    for (int i = 0; i < 3; ++i) {
-        const std::string n = std::to_string(i + 1);
-        ini.writeString(s, "wExchangeID" + n, std::to_string(t.legs[i].wExchangeID));
-        ini.writeString(s, "szSymbolCode" + n, t.legs[i].szSymbolCode);
-    }
-    for (int i = 0; i < 3; ++i)
-        ini.writeString(s, "dSpreadUnit" + std::to_string(i + 1), formatG(t.dSpreadUnit[i]));
-    for (int i = 0; i < 3; ++i)
-        ini.writeString(s, "nSpreadLots" + std::to_string(i + 1), std::to_string(t.nSpreadLots[i]));
+    writeLegKeys(ini, s, t);
     const std::pair<const char*, std::int32_t> ints[] = {{"nEveryLots", t.nEveryLots},
                                                          {"nOrderOffset", t.nOrderOffset},
                                                          {"bButterfly", t.bButterfly},
@@ -86,16 +108,7 @@ void writeManualSpreadDefault(CProfileIni& ini, const tagManualSpreadTemplate& t
 tagManualSpreadTemplate readManualSpreadDefault(const CProfileIni& ini) {
     const char* s = kManualSpreadSection;
     tagManualSpreadTemplate t;
-    for (int i = 0; i < 3; ++i) {
-        const std::string n = std::to_string(i + 1);
-        t.legs[i].wExchangeID =
-            static_cast<std::uint16_t>(ini.getInt(s, "wExchangeID" + n, t.legs[i].wExchangeID));
-        t.legs[i].szSymbolCode =
-            ini.getString(s, "szSymbolCode" + n, {}, kTemplateCodeBytes + 1);
-        const std::string unit = ini.getString(s, "dSpreadUnit" + n);
-        if (const auto v = number_text::parse(unit)) t.dSpreadUnit[i] = *v;
-        t.nSpreadLots[i] = ini.getInt(s, "nSpreadLots" + n, t.nSpreadLots[i]);
-    }
+    readLegKeys(ini, s, t);
     const std::pair<const char*, std::int32_t*> ints[] = {{"nEveryLots", &t.nEveryLots},
                                                           {"nOrderOffset", &t.nOrderOffset},
                                                           {"bButterfly", &t.bButterfly},
@@ -200,15 +213,7 @@ void writeAutoSpreadDefault(CProfileIni& ini, const tagAutoSpreadTemplate& t) {
         ini.writeString(s, "strAccountText" + n, a.strAccountText);
         ini.writeString(s, "nAccountType" + n, std::to_string(a.nAccountType));
     }
-    for (int i = 0; i < 3; ++i) {
-        const std::string n = std::to_string(i + 1);
-        ini.writeString(s, "wExchangeID" + n, std::to_string(t.legs[i].wExchangeID));
-        ini.writeString(s, "szSymbolCode" + n, t.legs[i].szSymbolCode);
-    }
-    for (int i = 0; i < 3; ++i)
-        ini.writeString(s, "dSpreadUnit" + std::to_string(i + 1), formatG(t.dSpreadUnit[i]));
-    for (int i = 0; i < 3; ++i)
-        ini.writeString(s, "nSpreadLots" + std::to_string(i + 1), std::to_string(t.nSpreadLots[i]));
+    writeLegKeys(ini, s, t);
     forEachAutoSpreadPrice(t, [&](const char* key, double v) { ini.writeString(s, key, formatG(v)); });
     forEachAutoSpreadInt(t, [&](const char* key, std::int32_t v) {
         ini.writeString(s, key, std::to_string(v));
@@ -229,12 +234,8 @@ tagAutoSpreadTemplate readAutoSpreadDefault(const CProfileIni& ini) {
         a.strAccountName = ini.getString(s, "strAccountName" + n);
         a.strAccountText = ini.getString(s, "strAccountText" + n);
         a.nAccountType = ini.getInt(s, "nAccountType" + n, a.nAccountType);
-        t.legs[i].wExchangeID =
-            static_cast<std::uint16_t>(ini.getInt(s, "wExchangeID" + n, t.legs[i].wExchangeID));
-        t.legs[i].szSymbolCode = ini.getString(s, "szSymbolCode" + n, {}, kTemplateCodeBytes + 1);
-        real("dSpreadUnit" + n, t.dSpreadUnit[i]);
-        t.nSpreadLots[i] = ini.getInt(s, "nSpreadLots" + n, t.nSpreadLots[i]);
     }
+    readLegKeys(ini, s, t);
     forEachAutoSpreadPrice(t, [&](const char* key, double& v) { real(key, v); });
     forEachAutoSpreadInt(t, [&](const char* key, std::int32_t& v) { v = ini.getInt(s, key, v); });
     return t;
