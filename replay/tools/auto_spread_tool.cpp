@@ -8,6 +8,7 @@
 //
 // The robot is started before the first tick; a refusal (its box) stops the run.
 #include <cstdio>
+#include <cstdlib>
 
 #include "app/helmsman_manage.h"
 #include "app/profile_ini.h"
