@@ -122,9 +122,10 @@ void CAutoSpread::sendLeg(int i, double lots, std::int32_t offset, bool confirm)
         return result;
     };
     l.working = l.workingPrice = 0;
-    l.sentMs = m_manager.clock().nowMs();
     std::string tag = m_tags.make(kLegTags[i]);
     if (!l.leg.send(o, tag, submit)) return;
+    // The wait runs from when the order left, not from before its confirmation.
+    l.sentMs = m_manager.clock().nowMs();
 
     if (declined) {
         m_running = false;  // the trader said no: the robot stops asking

@@ -210,6 +210,32 @@ TEST_F(AutoSpreadSession, OnlyAIsConfirmedAndADeclinedConfirmationPauses) {
     manager.setUi(nullptr);
 }
 
+// The trader takes three seconds over the confirmation: A's wait runs from when it leaves.
+TEST_F(AutoSpreadSession, AConfirmedSlowlyStillRestsItsWholeWait) {
+    struct SlowTrader : ScriptedUi {
+        ManualClock* clock = nullptr;
+        bool confirmOrder(const tagBrokerOrder& o, const std::string& caller,
+                          const tagAlgoSetting* algo) override {
+            clock->advanceMs(3000);
+            return ScriptedUi::confirmOrder(o, caller, algo);
+        }
+    } ui;
+    ui.clock = &clock;
+    manager.setUi(&ui);
+    tagAutoSpreadTemplate s = settings();
+    s.bConfirmOrder = 1;
+    s.nOrderOffset = -2;  // A rests
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    tick();  // queued half a second after the confirmation: resting
+    EXPECT_EQ(robot->leg(0).state(), 2);
+    const std::string first = robot->leg(0).orderId();
+    tick(2);  // its second is up: withdrawn, and the next round asks again
+    EXPECT_NE(robot->leg(0).orderId(), first);
+    EXPECT_EQ(ui.confirmed.size(), 2u);
+    manager.setUi(nullptr);
+}
+
 TEST_F(AutoSpreadSession, RefusedFollowingOrdersBackOffThenPauseTheRobot) {
     tagAutoSpreadTemplate s = settings();
     s.nMaxLots = 1;
