@@ -198,7 +198,13 @@ bool CAutoSpread::requestClose() {
 void CAutoSpread::cancelWorking() {
     CSubscibeManage* host = m_manager.facade();
     if (!host) return;
-    for (int i = 0; i < legCount(); ++i) m_legs[i].leg.cancel(*host);
+    for (int i = 0; i < legCount(); ++i) {
+        CLeg& leg = m_legs[i].leg;
+        // An order the exchange has not yet said it queued is withdrawn by its identifier:
+        // once closing, no notice reaches the leg to cancel it later.
+        if (!leg.cancel(*host) && leg.state() == 1 && !leg.orderId().empty())
+            host->DeleteOrder(accountOf(i).strAccountID, accountOf(i).strBrokerID, leg.orderId());
+    }
 }
 
 bool CAutoSpread::overridePosition(std::int32_t units) {

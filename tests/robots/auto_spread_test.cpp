@@ -236,6 +236,18 @@ TEST_F(AutoSpreadSession, AConfirmedSlowlyStillRestsItsWholeWait) {
     manager.setUi(nullptr);
 }
 
+TEST_F(AutoSpreadSession, ClosingWithdrawsAnAWhoseNoticeHasNotArrived) {
+    tagAutoSpreadTemplate s = settings();
+    s.nOrderOffset = -2;
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    ASSERT_EQ(working("880001", kIF), 1);
+    prompter.answers.push_back(true);
+    ASSERT_TRUE(robot->requestClose());
+    tick(2);
+    EXPECT_EQ(working("880001", kIF), 0);
+}
+
 TEST_F(AutoSpreadSession, RefusedFollowingOrdersBackOffThenPauseTheRobot) {
     tagAutoSpreadTemplate s = settings();
     s.nMaxLots = 1;
