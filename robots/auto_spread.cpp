@@ -165,7 +165,13 @@ bool CAutoSpread::start() {
         }
     }
     for (Leg& l : m_legs) {
-        l.leg.intervene();  // a start is the trader's word that parked legs are dealt with
+        // A start is the trader's word that parked legs are dealt with: what a parked order
+        // was heard to fill is the round's, and is completed like any other fill.
+        if (l.leg.intervene()) {
+            l.filled += l.working;
+            l.cost += l.working * l.workingPrice;
+            l.working = l.workingPrice = 0;
+        }
         l.refusals = 0;
         l.retryAtMs = 0;
     }

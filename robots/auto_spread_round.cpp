@@ -45,6 +45,11 @@ void CAutoSpread::startRound(const AutoSpreadPlan& p) {
 
 void CAutoSpread::stepFirst() {
     Leg& a = m_legs[0];
+    // A released from a park has ended: its round completes what it filled, or is over.
+    if (a.leg.state() == kLegIdle) {
+        endFirst();
+        return;
+    }
     CSubscibeManage* host = m_manager.facade();
     if (!host || a.leg.state() != 2) return;
     const std::int64_t waited = m_manager.clock().nowMs() - a.sentMs;

@@ -248,6 +248,51 @@ TEST_F(AutoSpreadSession, ClosingWithdrawsAnAWhoseNoticeHasNotArrived) {
     EXPECT_EQ(working("880001", kIF), 0);
 }
 
+// A parks on a status it did not expect; the trader withdraws it by hand, pauses and starts
+// again. What it filled before is completed; a round it filled nothing for is over.
+struct AutoSpreadParkedA : AutoSpreadSession {
+    void parkAAndRestart() {
+        tagBrokerOrder expired = journal.entries.at(0).order;
+        expired.nStatus = kOrderExpired;
+        robot->onMessage(kMsgDataChange, kEventOrderChanged,
+                         reinterpret_cast<std::uintptr_t>(&expired));
+        ASSERT_EQ(robot->leg(0).state(), kLegParked);
+        sim->DeleteOrder("880001", "9999", robot->leg(0).orderId());
+        sim->deliverPending();
+        robot->pause();
+        ASSERT_TRUE(robot->start());
+    }
+};
+
+TEST_F(AutoSpreadParkedA, NothingFilledEndsTheRound) {
+    tagAutoSpreadTemplate s = settings();
+    s.nOrderOffset = -2;
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    sim->deliverPending();
+    parkAAndRestart();
+    tick();
+    EXPECT_EQ(journal.entries.size(), 2u) << robot->statusText();  // the next round's A
+    EXPECT_EQ(working("880001", kIF), 1);
+}
+
+TEST_F(AutoSpreadParkedA, APartIsCompleted) {
+    tagAutoSpreadTemplate s = settings();
+    s.nSpreadLots = {2, 1, 1};
+    s.nMaxLots = 1;
+    robot->setSettings(s);
+    market(5216.0, 5216.2, 3645.0, 3645.2, /*volA=*/1);
+    ASSERT_TRUE(robot->start());
+    sim->deliverPending();
+    ASSERT_EQ(net("880001", kIF), 1);
+    parkAAndRestart();
+    market(5216.0, 5216.2, 3645.0, 3645.2);
+    tick(3);
+    EXPECT_EQ(net("880001", kIF), 2);
+    EXPECT_EQ(net("880002", kIH), -1);
+    EXPECT_EQ(robot->position(), 1) << robot->statusText();
+}
+
 TEST_F(AutoSpreadSession, RefusedFollowingOrdersBackOffThenPauseTheRobot) {
     tagAutoSpreadTemplate s = settings();
     s.nMaxLots = 1;
