@@ -19,6 +19,15 @@ namespace t = auto_spread_text;
 
 const tagSymbol kIH{3, "IH2101"};
 
+// A box is modal: its event loop may deliver host events before it returns.
+struct ModalPrompter : ScriptedPrompter {
+    std::function<void()> whileShown;  // runs once, inside the next box
+    void inform(const std::string& caption, const std::string& text, PromptIcon icon) override {
+        ScriptedPrompter::inform(caption, text, icon);
+        if (auto f = std::exchange(whileShown, nullptr)) f();
+    }
+};
+
 struct AutoSpreadSession : testing::Test {
     AutoSpreadSession() {
         SimOptions options = simtest::quietOptions();
@@ -86,7 +95,7 @@ struct AutoSpreadSession : testing::Test {
 
     ManualClock clock{simtest::localMs(10, 0, 0)};
     std::unique_ptr<SimExchange> sim;
-    ScriptedPrompter prompter;
+    ModalPrompter prompter;
     RecordingJournal journal;
     CHelmsmanManage manager;
     ManagerSink sink{manager};
@@ -289,6 +298,36 @@ TEST_F(AutoSpreadParkedA, APartIsCompleted) {
     market(5216.0, 5216.2, 3645.0, 3645.2);
     tick(3);
     EXPECT_EQ(net("880001", kIF), 2);
+    EXPECT_EQ(net("880002", kIH), -1);
+    EXPECT_EQ(robot->position(), 1) << robot->statusText();
+}
+
+// The trader cancels B in the host: "cancelling" is unexpected and its box is up when the
+// cancel itself arrives. B is sent again once, and the robot follows that order.
+TEST_F(AutoSpreadSession, ACancelArrivingWhileAnUnexpectedStatusIsShownSendsBOnce) {
+    tagAutoSpreadTemplate s = settings();
+    s.nMaxLots = 1;
+    s.nUnstayedOffset = -2;  // B rests
+    s.nStayMilliSeconds = 60000;
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    tick();
+    ASSERT_EQ(robot->leg(1).state(), 2);
+    const std::string id = robot->leg(1).orderId();
+    sim->DeleteOrder("880002", "9999", id);
+    prompter.whileShown = [&] {
+        tagBrokerOrder cancelled;
+        ASSERT_EQ(sim->GetOrder(cancelled, "880002", "9999", id), 1);
+        robot->onMessage(kMsgDataChange, kEventOrderChanged,
+                         reinterpret_cast<std::uintptr_t>(&cancelled));
+    };
+    sim->deliverPending();  // "cancelling", then "cancelled" again
+    EXPECT_EQ(prompter.boxes.size(), 1u);
+    EXPECT_EQ(journal.entries.size(), 3u);
+    EXPECT_EQ(working("880002", kIH), 1);
+    EXPECT_NE(robot->leg(1).state(), kLegParked);
+    market(5216.0, 5216.2, 3645.4, 3645.6);  // the bid comes up to B's price
+    tick();
     EXPECT_EQ(net("880002", kIH), -1);
     EXPECT_EQ(robot->position(), 1) << robot->statusText();
 }
