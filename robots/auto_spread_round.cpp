@@ -179,6 +179,9 @@ int CAutoSpread::onOrder(std::uint32_t code, const tagBrokerOrder* record) {
     const int r = routeOrderNotification(
         m_closing, code, record, std::span<CLeg* const>(legs, legCount()), &matched);
     if (r != 1 || eventKind(code) != kEventOrderChanged || !matched) return r;
+    // A leg that moved on to a new order while the notice was taken (its message box ran the
+    // event loop) does not take that earlier order's fills as the new one's.
+    if (!tagMatches(record->strRemark, matched->tag())) return 1;
     for (int i = 0; i < legCount(); ++i)
         if (matched == &m_legs[i].leg) afterNotice(i, {from[i], matched->state(), false}, *record);
     return 1;

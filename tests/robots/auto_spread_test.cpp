@@ -332,6 +332,36 @@ TEST_F(AutoSpreadSession, ACancelArrivingWhileAnUnexpectedStatusIsShownSendsBOnc
     EXPECT_EQ(robot->position(), 1) << robot->statusText();
 }
 
+// The same with B part filled before the cancel: the late "cancelling" carries that part,
+// which is not the new order's.
+TEST_F(AutoSpreadSession, AStatusOfAnEarlierOrderFillsNothingOfTheNext) {
+    tagAutoSpreadTemplate s = settings();
+    s.nSpreadLots = {1, 3, 1};
+    s.nMaxLots = 1;
+    s.nStayMilliSeconds = 2000;
+    robot->setSettings(s);
+    market(5216.0, 5216.2, 3645.0, 3645.2, 50, /*volB=*/2);
+    ASSERT_TRUE(robot->start());
+    tick();
+    ASSERT_EQ(net("880002", kIH), -2);  // the third lot rests
+    market(5216.0, 5216.2, 3644.8, 3645.0, 50, /*volB=*/0);
+    const std::string id = robot->leg(1).orderId();
+    sim->DeleteOrder("880002", "9999", id);
+    prompter.whileShown = [&] {
+        tagBrokerOrder cancelled;
+        ASSERT_EQ(sim->GetOrder(cancelled, "880002", "9999", id), 1);
+        robot->onMessage(kMsgDataChange, kEventOrderChanged,
+                         reinterpret_cast<std::uintptr_t>(&cancelled));
+    };
+    sim->deliverPending();
+    tick(5);  // the lot sent again finds no buyer, rests its wait and is chased
+    EXPECT_TRUE(robot->roundOpen());
+    market(5216.0, 5216.2, 3644.8, 3645.0);
+    tick(6);
+    EXPECT_EQ(net("880002", kIH), -3);
+    EXPECT_EQ(robot->position(), 1) << robot->statusText();
+}
+
 TEST_F(AutoSpreadSession, RefusedFollowingOrdersBackOffThenPauseTheRobot) {
     tagAutoSpreadTemplate s = settings();
     s.nMaxLots = 1;
