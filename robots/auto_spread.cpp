@@ -221,7 +221,6 @@ bool CAutoSpread::overridePosition(std::int32_t units) {
             return false;
         }
     }
-    m_manager.prompter().inform(t::kPrompt, t::kManualPosition);
     if (units == 0 || (units > 0) != (m_position > 0)) m_averageSpread = 0;
     m_position = units;
     m_round = Round{};
@@ -231,6 +230,9 @@ bool CAutoSpread::overridePosition(std::int32_t units) {
         l.refusals = 0;
     }
     notify(kAutoSpreadChangeState);
+    // The warning comes once the figure is taken: its box runs the event loop, and a round
+    // started meanwhile must not be forgotten by an edit made after it.
+    m_manager.prompter().inform(t::kPrompt, t::kManualPosition);
     return true;
 }
 

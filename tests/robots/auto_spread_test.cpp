@@ -362,6 +362,26 @@ TEST_F(AutoSpreadSession, AStatusOfAnEarlierOrderFillsNothingOfTheNext) {
     EXPECT_EQ(robot->position(), 1) << robot->statusText();
 }
 
+// The warning of a position edit is modal: a round the running robot starts meanwhile is
+// completed like any other.
+TEST_F(AutoSpreadSession, ARoundStartedDuringAPositionEditIsCompleted) {
+    tagAutoSpreadTemplate s = settings();
+    s.nOrderDelaySeconds = 5;
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    tick(2);
+    ASSERT_EQ(robot->position(), 1);
+    prompter.whileShown = [&] {
+        clock.advanceMs(5000);  // the delay is over while the box is up
+        robot->timerPass();
+    };
+    ASSERT_TRUE(robot->overridePosition(1));
+    tick(4);
+    EXPECT_EQ(net("880001", kIF), 2);
+    EXPECT_EQ(net("880002", kIH), -2);
+    EXPECT_EQ(robot->position(), 2) << robot->statusText();
+}
+
 TEST_F(AutoSpreadSession, RefusedFollowingOrdersBackOffThenPauseTheRobot) {
     tagAutoSpreadTemplate s = settings();
     s.nMaxLots = 1;
