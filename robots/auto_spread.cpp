@@ -192,8 +192,14 @@ void CAutoSpread::pause() {
 
 bool CAutoSpread::requestClose() {
     if (m_closing) return true;
-    if ((m_running || roundOpen()) && !m_manager.prompter().ask(t::kConfirm, t::kAskClose))
-        return false;
+    if (m_running || roundOpen()) {
+        // The question's box runs the event loop: a round begun under it would be cut off
+        // by the answer.
+        m_asking = true;
+        const bool yes = m_manager.prompter().ask(t::kConfirm, t::kAskClose);
+        m_asking = false;
+        if (!yes) return false;
+    }
     m_running = false;
     cancelWorking();
     m_closing = true;
@@ -313,7 +319,7 @@ void CAutoSpread::decidePass() {
     }
     const Leg& a = m_legs[0];
     const std::int64_t now = m_manager.clock().nowMs();
-    if (!m_running || a.leg.state() != kLegIdle || now < m_nextRoundMs || now < a.retryAtMs)
+    if (!m_running || m_asking || a.leg.state() != kLegIdle || now < m_nextRoundMs || now < a.retryAtMs)
         return;
     const AutoSpreadPlan p = plan();
     if (p.send()) startRound(p);

@@ -26,6 +26,10 @@ struct ModalPrompter : ScriptedPrompter {
         ScriptedPrompter::inform(caption, text, icon);
         if (auto f = std::exchange(whileShown, nullptr)) f();
     }
+    bool ask(const std::string& caption, const std::string& text, PromptIcon icon) override {
+        if (auto f = std::exchange(whileShown, nullptr)) f();
+        return ScriptedPrompter::ask(caption, text, icon);
+    }
 };
 
 struct AutoSpreadSession : testing::Test {
@@ -380,6 +384,20 @@ TEST_F(AutoSpreadSession, ARoundStartedDuringAPositionEditIsCompleted) {
     EXPECT_EQ(net("880001", kIF), 2);
     EXPECT_EQ(net("880002", kIH), -2);
     EXPECT_EQ(robot->position(), 2) << robot->statusText();
+}
+
+// While the trader is asked whether to close, the spread meets the line: no round starts
+// that the answer would leave with one leg.
+TEST_F(AutoSpreadSession, NoRoundStartsWhileClosingIsAsked) {
+    robot->setSettings(settings());
+    market(5217.0, 5217.2, 3645.0, 3645.2);  // ask 1572.2: above the line
+    ASSERT_TRUE(robot->start());
+    prompter.whileShown = [&] { market(5216.0, 5216.2, 3645.0, 3645.2); };
+    prompter.answers.push_back(true);
+    ASSERT_TRUE(robot->requestClose());
+    tick(2);
+    EXPECT_EQ(net("880001", kIF), 0);
+    EXPECT_TRUE(journal.entries.empty());
 }
 
 TEST_F(AutoSpreadSession, RefusedFollowingOrdersBackOffThenPauseTheRobot) {
