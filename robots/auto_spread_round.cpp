@@ -100,7 +100,11 @@ void CAutoSpread::sendLeg(int i, double lots, std::int32_t offset, bool confirm)
     Leg& l = m_legs[i];
     const std::int32_t direction = legDirection(i);
     const double price = spreadLegOrderPrice(direction, l.tick, offset, l.step);
-    if (!l.valid || !isPricePresent(price) || lots < kLotEpsilon) return;  // the next quote tries
+    // The price is made from the opposite best: without one there is no price to trade at
+    // (an offset alone would make one near zero, raised to the day's limit).
+    const double best = direction == kDirBuy ? l.tick.dAsk : l.tick.dBid;
+    if (!l.valid || !isPricePresent(best) || !isPricePresent(price) || lots < kLotEpsilon)
+        return;  // the next quote tries
     const tagTemplateAccount& account = accountOf(i);
     tagBrokerOrder o;
     o.strAccountID = account.strAccountID;

@@ -400,6 +400,25 @@ TEST_F(AutoSpreadSession, NoRoundStartsWhileClosingIsAsked) {
     EXPECT_TRUE(journal.entries.empty());
 }
 
+// B's bids vanish while it rests two ticks above them: what is left waits for a bid rather
+// than going out at a price made from none.
+TEST_F(AutoSpreadSession, AFollowingOrderWaitsForItsSideOfTheBook) {
+    tagAutoSpreadTemplate s = settings();
+    s.nMaxLots = 1;
+    s.nUnstayedOffset = -2;
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    tick();
+    ASSERT_EQ(working("880002", kIH), 1);
+    sim->applyQuote(simtest::quote(kIH, 0, 0, 3645.6, 50, 3645.0));
+    tick(4);  // chased: withdrawn, and not sent again
+    EXPECT_EQ(journal.entries.size(), 2u) << journal.entries.back().order.dPrice;
+    market(5216.0, 5216.2, 3645.0, 3645.2);
+    tick();
+    ASSERT_EQ(journal.entries.size(), 3u);
+    EXPECT_DOUBLE_EQ(journal.entries[2].order.dPrice, 3645.4);
+}
+
 TEST_F(AutoSpreadSession, RefusedFollowingOrdersBackOffThenPauseTheRobot) {
     tagAutoSpreadTemplate s = settings();
     s.nMaxLots = 1;
