@@ -91,6 +91,19 @@ struct AutoSpreadSession : testing::Test {
         if (sim->GetPosition(p, account, "9999", s) != 1) return 0;
         return p.dLong - p.dShort;
     }
+    // The trader cancels B's order in the host. The robot is told "cancelling", which it does
+    // not expect, and "cancelled" arrives while that message's box is up.
+    void cancelBInTheHost() {
+        const std::string id = robot->leg(1).orderId();
+        sim->DeleteOrder("880002", "9999", id);
+        prompter.whileShown = [this, id] {
+            tagBrokerOrder cancelled;
+            ASSERT_EQ(sim->GetOrder(cancelled, "880002", "9999", id), 1);
+            robot->onMessage(kMsgDataChange, kEventOrderChanged,
+                             reinterpret_cast<std::uintptr_t>(&cancelled));
+        };
+        sim->deliverPending();
+    }
     int working(const std::string& account, const tagSymbol& s) {
         std::vector<tagBrokerOrder> orders;
         sim->GetOpenOrders(orders, account, "9999", s);
@@ -306,8 +319,7 @@ TEST_F(AutoSpreadParkedA, APartIsCompleted) {
     EXPECT_EQ(robot->position(), 1) << robot->statusText();
 }
 
-// The trader cancels B in the host: "cancelling" is unexpected and its box is up when the
-// cancel itself arrives. B is sent again once, and the robot follows that order.
+// B cancelled in the host is sent again once, and the robot follows that order.
 TEST_F(AutoSpreadSession, ACancelArrivingWhileAnUnexpectedStatusIsShownSendsBOnce) {
     tagAutoSpreadTemplate s = settings();
     s.nMaxLots = 1;
@@ -317,15 +329,7 @@ TEST_F(AutoSpreadSession, ACancelArrivingWhileAnUnexpectedStatusIsShownSendsBOnc
     ASSERT_TRUE(robot->start());
     tick();
     ASSERT_EQ(robot->leg(1).state(), 2);
-    const std::string id = robot->leg(1).orderId();
-    sim->DeleteOrder("880002", "9999", id);
-    prompter.whileShown = [&] {
-        tagBrokerOrder cancelled;
-        ASSERT_EQ(sim->GetOrder(cancelled, "880002", "9999", id), 1);
-        robot->onMessage(kMsgDataChange, kEventOrderChanged,
-                         reinterpret_cast<std::uintptr_t>(&cancelled));
-    };
-    sim->deliverPending();  // "cancelling", then "cancelled" again
+    cancelBInTheHost();
     EXPECT_EQ(prompter.boxes.size(), 1u);
     EXPECT_EQ(journal.entries.size(), 3u);
     EXPECT_EQ(working("880002", kIH), 1);
@@ -349,15 +353,7 @@ TEST_F(AutoSpreadSession, AStatusOfAnEarlierOrderFillsNothingOfTheNext) {
     tick();
     ASSERT_EQ(net("880002", kIH), -2);  // the third lot rests
     market(5216.0, 5216.2, 3644.8, 3645.0, 50, /*volB=*/0);
-    const std::string id = robot->leg(1).orderId();
-    sim->DeleteOrder("880002", "9999", id);
-    prompter.whileShown = [&] {
-        tagBrokerOrder cancelled;
-        ASSERT_EQ(sim->GetOrder(cancelled, "880002", "9999", id), 1);
-        robot->onMessage(kMsgDataChange, kEventOrderChanged,
-                         reinterpret_cast<std::uintptr_t>(&cancelled));
-    };
-    sim->deliverPending();
+    cancelBInTheHost();
     tick(5);  // the lot sent again finds no buyer, rests its wait and is chased
     EXPECT_TRUE(robot->roundOpen());
     market(5216.0, 5216.2, 3644.8, 3645.0);
