@@ -263,6 +263,10 @@ void CAutoSpread::lookUp(int i) {
     // Taken as if the host had said it; a status the leg already held moves nothing.
     if (step.changed() || record.dFilledVolume > l.working + kLotEpsilon)
         afterNotice(i, {from, l.leg.state(), step.parked}, record);
+    else if (from == 3 && l.leg.state() == 3 && !l.leg.orderId().empty())
+        // Still cancelling with nothing heard: a cancel the host refused or lost (its account
+        // away for a moment) would leave the order working for good. Ask again.
+        host->DeleteOrder(accountOf(i).strAccountID, accountOf(i).strBrokerID, l.leg.orderId());
 }
 
 // ---- Booking ---------------------------------------------------------------------------------

@@ -415,6 +415,25 @@ TEST_F(AutoSpreadSession, AFollowingOrderWaitsForItsSideOfTheBook) {
     EXPECT_DOUBLE_EQ(journal.entries[2].order.dPrice, 3645.4);
 }
 
+// B's account drops out just as B is chased: the cancel goes nowhere. Once the account is
+// back the cancel is asked again and B goes out again at the new bid.
+TEST_F(AutoSpreadSession, AChaseWhoseCancelWasLostIsTakenUpAgain) {
+    tagAutoSpreadTemplate s = settings();
+    s.nMaxLots = 1;
+    s.nUnstayedOffset = -2;  // B rests at 3645.4
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    tick();
+    ASSERT_EQ(robot->leg(1).state(), 2);
+    sim->logoff("880002");
+    tick(2);  // the wait is up: the chase's cancel is refused
+    sim->logon("880002");
+    market(5216.0, 5216.2, 3644.0, 3644.2);
+    tick(6);
+    EXPECT_EQ(working("880002", kIH), 1);
+    EXPECT_DOUBLE_EQ(journal.entries.back().order.dPrice, 3644.4) << robot->legStatus(1);
+}
+
 TEST_F(AutoSpreadSession, RefusedFollowingOrdersBackOffThenPauseTheRobot) {
     tagAutoSpreadTemplate s = settings();
     s.nMaxLots = 1;
