@@ -165,7 +165,13 @@ bool CAutoSpread::start() {
         }
     }
     for (Leg& l : m_legs) {
-        l.leg.intervene();  // a start is the trader's word that parked legs are dealt with
+        // A start is the trader's word that parked legs are dealt with: what a parked order
+        // was heard to fill is the round's, and is completed like any other fill.
+        if (l.leg.intervene()) {
+            l.filled += l.working;
+            l.cost += l.working * l.workingPrice;
+            l.working = l.workingPrice = 0;
+        }
         l.refusals = 0;
         l.retryAtMs = 0;
     }
@@ -186,8 +192,14 @@ void CAutoSpread::pause() {
 
 bool CAutoSpread::requestClose() {
     if (m_closing) return true;
-    if ((m_running || roundOpen()) && !m_manager.prompter().ask(t::kConfirm, t::kAskClose))
-        return false;
+    if (m_running || roundOpen()) {
+        // The question's box runs the event loop: a round begun under it would be cut off
+        // by the answer.
+        m_asking = true;
+        const bool yes = m_manager.prompter().ask(t::kConfirm, t::kAskClose);
+        m_asking = false;
+        if (!yes) return false;
+    }
     m_running = false;
     cancelWorking();
     m_closing = true;
@@ -198,7 +210,13 @@ bool CAutoSpread::requestClose() {
 void CAutoSpread::cancelWorking() {
     CSubscibeManage* host = m_manager.facade();
     if (!host) return;
-    for (int i = 0; i < legCount(); ++i) m_legs[i].leg.cancel(*host);
+    for (int i = 0; i < legCount(); ++i) {
+        CLeg& leg = m_legs[i].leg;
+        // An order the exchange has not yet said it queued is withdrawn by its identifier:
+        // once closing, no notice reaches the leg to cancel it later.
+        if (!leg.cancel(*host) && leg.state() == 1 && !leg.orderId().empty())
+            host->DeleteOrder(accountOf(i).strAccountID, accountOf(i).strBrokerID, leg.orderId());
+    }
 }
 
 bool CAutoSpread::overridePosition(std::int32_t units) {
@@ -209,7 +227,6 @@ bool CAutoSpread::overridePosition(std::int32_t units) {
             return false;
         }
     }
-    m_manager.prompter().inform(t::kPrompt, t::kManualPosition);
     if (units == 0 || (units > 0) != (m_position > 0)) m_averageSpread = 0;
     m_position = units;
     m_round = Round{};
@@ -219,6 +236,9 @@ bool CAutoSpread::overridePosition(std::int32_t units) {
         l.refusals = 0;
     }
     notify(kAutoSpreadChangeState);
+    // The warning comes once the figure is taken: its box runs the event loop, and a round
+    // started meanwhile must not be forgotten by an edit made after it.
+    m_manager.prompter().inform(t::kPrompt, t::kManualPosition);
     return true;
 }
 
@@ -299,7 +319,7 @@ void CAutoSpread::decidePass() {
     }
     const Leg& a = m_legs[0];
     const std::int64_t now = m_manager.clock().nowMs();
-    if (!m_running || a.leg.state() != kLegIdle || now < m_nextRoundMs || now < a.retryAtMs)
+    if (!m_running || m_asking || a.leg.state() != kLegIdle || now < m_nextRoundMs || now < a.retryAtMs)
         return;
     const AutoSpreadPlan p = plan();
     if (p.send()) startRound(p);

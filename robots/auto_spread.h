@@ -210,6 +210,7 @@ private:
     bool m_running = false;
     bool m_closing = false;
     bool m_started = false;   // started at least once: stopped now means paused
+    bool m_asking = false;    // the close question is up: no new round meanwhile
     bool m_deciding = false;
     bool m_again = false;     // something moved while deciding: decide once more
     std::function<void(unsigned)> m_changed;

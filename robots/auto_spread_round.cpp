@@ -45,6 +45,11 @@ void CAutoSpread::startRound(const AutoSpreadPlan& p) {
 
 void CAutoSpread::stepFirst() {
     Leg& a = m_legs[0];
+    // A released from a park has ended: its round completes what it filled, or is over.
+    if (a.leg.state() == kLegIdle) {
+        endFirst();
+        return;
+    }
     CSubscibeManage* host = m_manager.facade();
     if (!host || a.leg.state() != 2) return;
     const std::int64_t waited = m_manager.clock().nowMs() - a.sentMs;
@@ -95,7 +100,11 @@ void CAutoSpread::sendLeg(int i, double lots, std::int32_t offset, bool confirm)
     Leg& l = m_legs[i];
     const std::int32_t direction = legDirection(i);
     const double price = spreadLegOrderPrice(direction, l.tick, offset, l.step);
-    if (!l.valid || !isPricePresent(price) || lots < kLotEpsilon) return;  // the next quote tries
+    // The price is made from the opposite best: without one there is no price to trade at
+    // (an offset alone would make one near zero, raised to the day's limit).
+    const double best = direction == kDirBuy ? l.tick.dAsk : l.tick.dBid;
+    if (!l.valid || !isPricePresent(best) || !isPricePresent(price) || lots < kLotEpsilon)
+        return;  // the next quote tries
     const tagTemplateAccount& account = accountOf(i);
     tagBrokerOrder o;
     o.strAccountID = account.strAccountID;
@@ -122,9 +131,10 @@ void CAutoSpread::sendLeg(int i, double lots, std::int32_t offset, bool confirm)
         return result;
     };
     l.working = l.workingPrice = 0;
-    l.sentMs = m_manager.clock().nowMs();
     std::string tag = m_tags.make(kLegTags[i]);
     if (!l.leg.send(o, tag, submit)) return;
+    // The wait runs from when the order left, not from before its confirmation.
+    l.sentMs = m_manager.clock().nowMs();
 
     if (declined) {
         m_running = false;  // the trader said no: the robot stops asking
@@ -173,6 +183,9 @@ int CAutoSpread::onOrder(std::uint32_t code, const tagBrokerOrder* record) {
     const int r = routeOrderNotification(
         m_closing, code, record, std::span<CLeg* const>(legs, legCount()), &matched);
     if (r != 1 || eventKind(code) != kEventOrderChanged || !matched) return r;
+    // A leg that moved on to a new order while the notice was taken (its message box ran the
+    // event loop) does not take that earlier order's fills as the new one's.
+    if (!tagMatches(record->strRemark, matched->tag())) return 1;
     for (int i = 0; i < legCount(); ++i)
         if (matched == &m_legs[i].leg) afterNotice(i, {from[i], matched->state(), false}, *record);
     return 1;
@@ -250,6 +263,10 @@ void CAutoSpread::lookUp(int i) {
     // Taken as if the host had said it; a status the leg already held moves nothing.
     if (step.changed() || record.dFilledVolume > l.working + kLotEpsilon)
         afterNotice(i, {from, l.leg.state(), step.parked}, record);
+    else if (from == 3 && l.leg.state() == 3 && !l.leg.orderId().empty())
+        // Still cancelling with nothing heard: a cancel the host refused or lost (its account
+        // away for a moment) would leave the order working for good. Ask again.
+        host->DeleteOrder(accountOf(i).strAccountID, accountOf(i).strBrokerID, l.leg.orderId());
 }
 
 // ---- Booking ---------------------------------------------------------------------------------

@@ -111,7 +111,11 @@ LegStep CLeg::onOrder(const tagBrokerOrder& record) {
     if (record.dPrice >= kPriceEpsilon) m_price = record.dPrice;
     m_lastStatus = record.nStatus;
     m_lastHeard = m_clock->tickCount();
-    m_state = single() ? stepSingle(record.nStatus) : stepPair(record.nStatus);
+    const std::string tag = m_tag;
+    const std::int32_t next = single() ? stepSingle(record.nStatus) : stepPair(record.nStatus);
+    // A message box runs the event loop: a newer notification taken meanwhile (and what the
+    // robot sent on it) stands over the status the box was about.
+    if (m_state == step.from && m_tag == tag) m_state = next;
     step.to = m_state;
     step.parked = m_state == kLegParked && step.from != kLegParked;
     return step;

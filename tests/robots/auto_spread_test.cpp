@@ -19,6 +19,19 @@ namespace t = auto_spread_text;
 
 const tagSymbol kIH{3, "IH2101"};
 
+// A box is modal: its event loop may deliver host events before it returns.
+struct ModalPrompter : ScriptedPrompter {
+    std::function<void()> whileShown;  // runs once, inside the next box
+    void inform(const std::string& caption, const std::string& text, PromptIcon icon) override {
+        ScriptedPrompter::inform(caption, text, icon);
+        if (auto f = std::exchange(whileShown, nullptr)) f();
+    }
+    bool ask(const std::string& caption, const std::string& text, PromptIcon icon) override {
+        if (auto f = std::exchange(whileShown, nullptr)) f();
+        return ScriptedPrompter::ask(caption, text, icon);
+    }
+};
+
 struct AutoSpreadSession : testing::Test {
     AutoSpreadSession() {
         SimOptions options = simtest::quietOptions();
@@ -78,6 +91,19 @@ struct AutoSpreadSession : testing::Test {
         if (sim->GetPosition(p, account, "9999", s) != 1) return 0;
         return p.dLong - p.dShort;
     }
+    // The trader cancels B's order in the host. The robot is told "cancelling", which it does
+    // not expect, and "cancelled" arrives while that message's box is up.
+    void cancelBInTheHost() {
+        const std::string id = robot->leg(1).orderId();
+        sim->DeleteOrder("880002", "9999", id);
+        prompter.whileShown = [this, id] {
+            tagBrokerOrder cancelled;
+            ASSERT_EQ(sim->GetOrder(cancelled, "880002", "9999", id), 1);
+            robot->onMessage(kMsgDataChange, kEventOrderChanged,
+                             reinterpret_cast<std::uintptr_t>(&cancelled));
+        };
+        sim->deliverPending();
+    }
     int working(const std::string& account, const tagSymbol& s) {
         std::vector<tagBrokerOrder> orders;
         sim->GetOpenOrders(orders, account, "9999", s);
@@ -86,7 +112,7 @@ struct AutoSpreadSession : testing::Test {
 
     ManualClock clock{simtest::localMs(10, 0, 0)};
     std::unique_ptr<SimExchange> sim;
-    ScriptedPrompter prompter;
+    ModalPrompter prompter;
     RecordingJournal journal;
     CHelmsmanManage manager;
     ManagerSink sink{manager};
@@ -208,6 +234,204 @@ TEST_F(AutoSpreadSession, OnlyAIsConfirmedAndADeclinedConfirmationPauses) {
     EXPECT_EQ(journal.entries.size(), 2u);  // nothing sent, nothing recorded
     EXPECT_EQ(robot->statusText(), "已暂停");
     manager.setUi(nullptr);
+}
+
+// The trader takes three seconds over the confirmation: A's wait runs from when it leaves.
+TEST_F(AutoSpreadSession, AConfirmedSlowlyStillRestsItsWholeWait) {
+    struct SlowTrader : ScriptedUi {
+        ManualClock* clock = nullptr;
+        bool confirmOrder(const tagBrokerOrder& o, const std::string& caller,
+                          const tagAlgoSetting* algo) override {
+            clock->advanceMs(3000);
+            return ScriptedUi::confirmOrder(o, caller, algo);
+        }
+    } ui;
+    ui.clock = &clock;
+    manager.setUi(&ui);
+    tagAutoSpreadTemplate s = settings();
+    s.bConfirmOrder = 1;
+    s.nOrderOffset = -2;  // A rests
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    tick();  // queued half a second after the confirmation: resting
+    EXPECT_EQ(robot->leg(0).state(), 2);
+    const std::string first = robot->leg(0).orderId();
+    tick(2);  // its second is up: withdrawn, and the next round asks again
+    EXPECT_NE(robot->leg(0).orderId(), first);
+    EXPECT_EQ(ui.confirmed.size(), 2u);
+    manager.setUi(nullptr);
+}
+
+TEST_F(AutoSpreadSession, ClosingWithdrawsAnAWhoseNoticeHasNotArrived) {
+    tagAutoSpreadTemplate s = settings();
+    s.nOrderOffset = -2;
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    ASSERT_EQ(working("880001", kIF), 1);
+    prompter.answers.push_back(true);
+    ASSERT_TRUE(robot->requestClose());
+    tick(2);
+    EXPECT_EQ(working("880001", kIF), 0);
+}
+
+// A parks on a status it did not expect; the trader withdraws it by hand, pauses and starts
+// again. What it filled before is completed; a round it filled nothing for is over.
+struct AutoSpreadParkedA : AutoSpreadSession {
+    void parkAAndRestart() {
+        tagBrokerOrder expired = journal.entries.at(0).order;
+        expired.nStatus = kOrderExpired;
+        robot->onMessage(kMsgDataChange, kEventOrderChanged,
+                         reinterpret_cast<std::uintptr_t>(&expired));
+        ASSERT_EQ(robot->leg(0).state(), kLegParked);
+        sim->DeleteOrder("880001", "9999", robot->leg(0).orderId());
+        sim->deliverPending();
+        robot->pause();
+        ASSERT_TRUE(robot->start());
+    }
+};
+
+TEST_F(AutoSpreadParkedA, NothingFilledEndsTheRound) {
+    tagAutoSpreadTemplate s = settings();
+    s.nOrderOffset = -2;
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    sim->deliverPending();
+    parkAAndRestart();
+    tick();
+    EXPECT_EQ(journal.entries.size(), 2u) << robot->statusText();  // the next round's A
+    EXPECT_EQ(working("880001", kIF), 1);
+}
+
+TEST_F(AutoSpreadParkedA, APartIsCompleted) {
+    tagAutoSpreadTemplate s = settings();
+    s.nSpreadLots = {2, 1, 1};
+    s.nMaxLots = 1;
+    robot->setSettings(s);
+    market(5216.0, 5216.2, 3645.0, 3645.2, /*volA=*/1);
+    ASSERT_TRUE(robot->start());
+    sim->deliverPending();
+    ASSERT_EQ(net("880001", kIF), 1);
+    parkAAndRestart();
+    market(5216.0, 5216.2, 3645.0, 3645.2);
+    tick(3);
+    EXPECT_EQ(net("880001", kIF), 2);
+    EXPECT_EQ(net("880002", kIH), -1);
+    EXPECT_EQ(robot->position(), 1) << robot->statusText();
+}
+
+// B cancelled in the host is sent again once, and the robot follows that order.
+TEST_F(AutoSpreadSession, ACancelArrivingWhileAnUnexpectedStatusIsShownSendsBOnce) {
+    tagAutoSpreadTemplate s = settings();
+    s.nMaxLots = 1;
+    s.nUnstayedOffset = -2;  // B rests
+    s.nStayMilliSeconds = 60000;
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    tick();
+    ASSERT_EQ(robot->leg(1).state(), 2);
+    cancelBInTheHost();
+    EXPECT_EQ(prompter.boxes.size(), 1u);
+    EXPECT_EQ(journal.entries.size(), 3u);
+    EXPECT_EQ(working("880002", kIH), 1);
+    EXPECT_NE(robot->leg(1).state(), kLegParked);
+    market(5216.0, 5216.2, 3645.4, 3645.6);  // the bid comes up to B's price
+    tick();
+    EXPECT_EQ(net("880002", kIH), -1);
+    EXPECT_EQ(robot->position(), 1) << robot->statusText();
+}
+
+// The same with B part filled before the cancel: the late "cancelling" carries that part,
+// which is not the new order's.
+TEST_F(AutoSpreadSession, AStatusOfAnEarlierOrderFillsNothingOfTheNext) {
+    tagAutoSpreadTemplate s = settings();
+    s.nSpreadLots = {1, 3, 1};
+    s.nMaxLots = 1;
+    s.nStayMilliSeconds = 2000;
+    robot->setSettings(s);
+    market(5216.0, 5216.2, 3645.0, 3645.2, 50, /*volB=*/2);
+    ASSERT_TRUE(robot->start());
+    tick();
+    ASSERT_EQ(net("880002", kIH), -2);  // the third lot rests
+    market(5216.0, 5216.2, 3644.8, 3645.0, 50, /*volB=*/0);
+    cancelBInTheHost();
+    tick(5);  // the lot sent again finds no buyer, rests its wait and is chased
+    EXPECT_TRUE(robot->roundOpen());
+    market(5216.0, 5216.2, 3644.8, 3645.0);
+    tick(6);
+    EXPECT_EQ(net("880002", kIH), -3);
+    EXPECT_EQ(robot->position(), 1) << robot->statusText();
+}
+
+// The warning of a position edit is modal: a round the running robot starts meanwhile is
+// completed like any other.
+TEST_F(AutoSpreadSession, ARoundStartedDuringAPositionEditIsCompleted) {
+    tagAutoSpreadTemplate s = settings();
+    s.nOrderDelaySeconds = 5;
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    tick(2);
+    ASSERT_EQ(robot->position(), 1);
+    prompter.whileShown = [&] {
+        clock.advanceMs(5000);  // the delay is over while the box is up
+        robot->timerPass();
+    };
+    ASSERT_TRUE(robot->overridePosition(1));
+    tick(4);
+    EXPECT_EQ(net("880001", kIF), 2);
+    EXPECT_EQ(net("880002", kIH), -2);
+    EXPECT_EQ(robot->position(), 2) << robot->statusText();
+}
+
+// While the trader is asked whether to close, the spread meets the line: no round starts
+// that the answer would leave with one leg.
+TEST_F(AutoSpreadSession, NoRoundStartsWhileClosingIsAsked) {
+    robot->setSettings(settings());
+    market(5217.0, 5217.2, 3645.0, 3645.2);  // ask 1572.2: above the line
+    ASSERT_TRUE(robot->start());
+    prompter.whileShown = [&] { market(5216.0, 5216.2, 3645.0, 3645.2); };
+    prompter.answers.push_back(true);
+    ASSERT_TRUE(robot->requestClose());
+    tick(2);
+    EXPECT_EQ(net("880001", kIF), 0);
+    EXPECT_TRUE(journal.entries.empty());
+}
+
+// B's bids vanish while it rests two ticks above them: what is left waits for a bid rather
+// than going out at a price made from none.
+TEST_F(AutoSpreadSession, AFollowingOrderWaitsForItsSideOfTheBook) {
+    tagAutoSpreadTemplate s = settings();
+    s.nMaxLots = 1;
+    s.nUnstayedOffset = -2;
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    tick();
+    ASSERT_EQ(working("880002", kIH), 1);
+    sim->applyQuote(simtest::quote(kIH, 0, 0, 3645.6, 50, 3645.0));
+    tick(4);  // chased: withdrawn, and not sent again
+    EXPECT_EQ(journal.entries.size(), 2u) << journal.entries.back().order.dPrice;
+    market(5216.0, 5216.2, 3645.0, 3645.2);
+    tick();
+    ASSERT_EQ(journal.entries.size(), 3u);
+    EXPECT_DOUBLE_EQ(journal.entries[2].order.dPrice, 3645.4);
+}
+
+// B's account drops out just as B is chased: the cancel goes nowhere. Once the account is
+// back the cancel is asked again and B goes out again at the new bid.
+TEST_F(AutoSpreadSession, AChaseWhoseCancelWasLostIsTakenUpAgain) {
+    tagAutoSpreadTemplate s = settings();
+    s.nMaxLots = 1;
+    s.nUnstayedOffset = -2;  // B rests at 3645.4
+    robot->setSettings(s);
+    ASSERT_TRUE(robot->start());
+    tick();
+    ASSERT_EQ(robot->leg(1).state(), 2);
+    sim->logoff("880002");
+    tick(2);  // the wait is up: the chase's cancel is refused
+    sim->logon("880002");
+    market(5216.0, 5216.2, 3644.0, 3644.2);
+    tick(6);
+    EXPECT_EQ(working("880002", kIH), 1);
+    EXPECT_DOUBLE_EQ(journal.entries.back().order.dPrice, 3644.4) << robot->legStatus(1);
 }
 
 TEST_F(AutoSpreadSession, RefusedFollowingOrdersBackOffThenPauseTheRobot) {
