@@ -51,7 +51,8 @@ CAutoSpread::CAutoSpread(CHelmsmanManage& manager)
         TemplateManagerLayout{spread_text::kAutoSpreadManager, spread_text::kSpreadColumns,
                               "AutoSpreadTemplates"},
         std::move(hooks), m_manager.prompter());
-    if (m_manager.initialised()) m_settings = readAutoSpreadDefault(CProfileIni(m_manager.profilePath()));
+    if (m_manager.initialised())
+        m_settings = readAutoSpreadDefault(CProfileIni(m_manager.profilePath()));
     readLegs();
 }
 
@@ -97,10 +98,9 @@ void CAutoSpread::readLegs() {
     CSubscibeManage* host = m_manager.facade();
     for (int i = 0; i < kLegs; ++i) {
         Leg& l = m_legs[i];
-        const tagSymbol symbol = i < legCount()
-                                     ? tagSymbol{m_settings.legs[i].wExchangeID,
-                                                 m_settings.legs[i].szSymbolCode}
-                                     : tagSymbol{};
+        const tagSymbol symbol = i < legCount() ? tagSymbol{m_settings.legs[i].wExchangeID,
+                                                            m_settings.legs[i].szSymbolCode}
+                                                : tagSymbol{};
         l.symbol = symbol;
         l.tick = ITickEx{};
         l.valid = false;
@@ -150,7 +150,8 @@ bool CAutoSpread::start() {
         const tagTemplateAccount& want = accountOf(i);
         bool found = false;
         for (const tagAccoutInfo& a : accounts)
-            found = found || (a.strAccountID == want.strAccountID && a.strBrokerID == want.strBrokerID);
+            found =
+                found || (a.strAccountID == want.strAccountID && a.strBrokerID == want.strBrokerID);
         if (!found) {
             prompter.inform(t::kPrompt, t::kNotLoggedOn);
             return false;
@@ -319,7 +320,8 @@ void CAutoSpread::decidePass() {
     }
     const Leg& a = m_legs[0];
     const std::int64_t now = m_manager.clock().nowMs();
-    if (!m_running || m_asking || a.leg.state() != kLegIdle || now < m_nextRoundMs || now < a.retryAtMs)
+    if (!m_running || m_asking || a.leg.state() != kLegIdle || now < m_nextRoundMs ||
+        now < a.retryAtMs)
         return;
     const AutoSpreadPlan p = plan();
     if (p.send()) startRound(p);

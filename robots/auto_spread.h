@@ -62,9 +62,9 @@ class CHelmsmanManage;
 struct AutoSpreadRound {
     SpreadAction action = SpreadAction::None;
     std::int32_t units = 0;
-    double level = 0;                  // the line it met
-    std::array<double, 3> fill{};      // average fill price per leg (0: leg not used)
-    double spread = 0;                 // the spread it traded at, from the fills
+    double level = 0;              // the line it met
+    std::array<double, 3> fill{};  // average fill price per leg (0: leg not used)
+    double spread = 0;             // the spread it traded at, from the fills
     std::int64_t startMs = 0, endMs = 0;
 };
 
@@ -209,9 +209,9 @@ private:
     std::int64_t m_nextRoundMs = 0;
     bool m_running = false;
     bool m_closing = false;
-    bool m_started = false;   // started at least once: stopped now means paused
-    bool m_asking = false;    // the close question is up: no new round meanwhile
+    bool m_started = false;  // started at least once: stopped now means paused
+    bool m_asking = false;   // the close question is up: no new round meanwhile
     bool m_deciding = false;
-    bool m_again = false;     // something moved while deciding: decide once more
+    bool m_again = false;  // something moved while deciding: decide once more
     std::function<void(unsigned)> m_changed;
 };

@@ -180,8 +180,8 @@ int CAutoSpread::onOrder(std::uint32_t code, const tagBrokerOrder* record) {
         legs[i] = &m_legs[i].leg;
     }
     CLeg* matched = nullptr;
-    const int r = routeOrderNotification(
-        m_closing, code, record, std::span<CLeg* const>(legs, legCount()), &matched);
+    const int r = routeOrderNotification(m_closing, code, record,
+                                         std::span<CLeg* const>(legs, legCount()), &matched);
     if (r != 1 || eventKind(code) != kEventOrderChanged || !matched) return r;
     // A leg that moved on to a new order while the notice was taken (its message box ran the
     // event loop) does not take that earlier order's fills as the new one's.
@@ -208,8 +208,7 @@ void CAutoSpread::afterNotice(int i, const LegStep& step, const tagBrokerOrder& 
         l.cost += l.working * l.workingPrice;
         l.working = l.workingPrice = 0;
         if (step.to == 4) l.leg.finishCycle();
-        const bool refused =
-            record.nStatus == kOrderRejected || record.nStatus == kOrderExpired;
+        const bool refused = record.nStatus == kOrderRejected || record.nStatus == kOrderExpired;
         if (refused)
             onRefused(i);
         else

@@ -37,8 +37,9 @@ public:
         }
         if (robot.position() != 0) {
             char line[160];
-            std::snprintf(line, sizeof line, "%s%d份 均价差%.4g", robot.position() > 0 ? "多" : "空",
-                          std::abs(robot.position()), robot.averageSpread());
+            std::snprintf(line, sizeof line, "%s%d份 均价差%.4g",
+                          robot.position() > 0 ? "多" : "空", std::abs(robot.position()),
+                          robot.averageSpread());
             h.lines.push_back(line);
         }
         return h;
