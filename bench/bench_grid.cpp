@@ -9,37 +9,16 @@
 #include <new>
 
 #include "alloc_count.h"
-#include "app/helmsman_manage.h"
+#include "two_leg_desk.h"
 #include "robots/grids_spread.h"
-#include "support/fake_host.h"
-#include "support/quote_builders.h"
-#include "support/test_day.h"
 
 namespace {
 
-IModuleFutureTrader::ITickEx tick(const char* code, double bid, double ask) {
-    IModuleFutureTrader::ITickEx t = TickBuilder(3, code).bid(bid, 5).ask(ask, 5).last(bid);
-    t.dVolume = 1000;
-    t.tQuoteTime = 1;
-    return t;
-}
-
 // A running grid whose opening B rests at the exchange.
-struct Desk {
-    FakeHost host;
-    ManualClock clock{testday::localMs(10, 0)};
-    CHelmsmanManage manager;
+struct Desk : TwoLegDesk {
     std::unique_ptr<CGridsSpread> grid;
 
     Desk() {
-        host.accounts = {FakeHost::account("880001", "9999", "一"),
-                         FakeHost::account("880002", "9999", "二")};
-        host.details["IF2101"] = contractDetail(0.2f, 1, 300);
-        host.details["IH2101"] = contractDetail(0.2f, 1, 300);
-        host.quotes["IF2101"] = tick("IF2101", 5216.0, 5216.2);
-        host.quotes["IH2101"] = tick("IH2101", 3645.4, 3645.6);
-        manager.setClock(&clock);
-        manager.init(1, &host, "/nonexistent-helmsman-bench", "demo", 0);
         grid = std::make_unique<CGridsSpread>(manager);
         GridsSpreadSettings s;
         s.wExchangeID1 = s.wExchangeID2 = 3;
@@ -64,7 +43,7 @@ struct Desk {
 // Quotes of A that move the volume and the time but leave B's price where it rests.
 void run(benchmark::State& state, bool throughManager) {
     Desk desk;
-    IModuleFutureTrader::ITickEx a = tick("IF2101", 5216.0, 5216.2);
+    IModuleFutureTrader::ITickEx a = benchTick("IF2101", 5216.0, 5216.2);
     std::uint64_t quotes = 0;
     const std::uint64_t before = g_allocations.load();
     for (auto _ : state) {

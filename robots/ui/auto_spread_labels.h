@@ -23,9 +23,6 @@ inline constexpr const char* kChange = "换月";
 
 // The live spread.
 inline constexpr const char* kSpreadBox = "价差";
-inline constexpr const char* kRowAsk = "卖盘价/量";
-inline constexpr const char* kRowBid = "买盘价/量";
-inline constexpr const char* kRowLast = "最新价/比值";
 
 // The four lines and how each compares.
 inline constexpr const char* kLinesBox = "触发条件";

@@ -18,6 +18,7 @@
 #include "app/helmsman_manage.h"
 #include "robots/ui/auto_spread_labels.h"
 #include "robots/ui/auto_spread_window.h"
+#include "spread/ui/spread_price_rows.h"
 
 namespace {
 
@@ -134,24 +135,8 @@ QWidget* AutoSpreadWindow::buildSpread() {
     auto* box = new QGroupBox(q(t::kSpreadBox), this);
     auto* grid = new QGridLayout(box);
     grid->setContentsMargins(8, 6, 8, 6);
-    const char* titles[] = {t::kRowAsk, t::kRowBid, t::kRowLast};
-    // The ask red and the bid green; the last in the theme's own colour.
-    const QColor colours[] = {QColor(0xd0, 0x21, 0x21), QColor(0x1a, 0x9a, 0x3a), QColor()};
-    for (int r = 0; r < 3; ++r) {
-        grid->addWidget(new QLabel(q(titles[r]), box), r, 0);
-        QLabel* value = valueLabel(box, 14);
-        QFont f = value->font();
-        f.setBold(true);
-        f.setPointSizeF(f.pointSizeF() * 1.15);
-        value->setFont(f);
-        if (colours[r].isValid()) {
-            QPalette p = value->palette();
-            p.setColor(QPalette::WindowText, colours[r]);
-            value->setPalette(p);
-        }
-        grid->addWidget(value, r, 1);
-        m_rows[r] = value;
-    }
+    m_rows = addSpreadPriceRows(grid, box,
+                                box->fontMetrics().horizontalAdvance(QString(14, QChar('8'))));
     grid->setRowStretch(3, 1);
     return box;
 }

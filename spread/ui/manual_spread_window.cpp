@@ -19,6 +19,7 @@
 #include "app/ui/window_placement.h"
 #include "spread/manual_spread_strings.h"
 #include "spread/ui/manual_spread_chart.h"
+#include "spread/ui/spread_price_rows.h"
 #include "spread/ui/template_menu.h"
 
 namespace {
@@ -176,26 +177,7 @@ QWidget* ManualSpreadWindow::buildPrices() {
     auto* box = new QGroupBox(this);
     auto* grid = new QGridLayout(box);
     grid->setContentsMargins(8, 6, 8, 6);
-    const char* titles[] = {t::kRowAsk, t::kRowBid, t::kRowLast};
-    // The ask red and the bid green; the last in the theme's own colour.
-    const QColor colours[] = {QColor(0xd0, 0x21, 0x21), QColor(0x1a, 0x9a, 0x3a), QColor()};
-    for (int r = 0; r < 3; ++r) {
-        grid->addWidget(new QLabel(q(titles[r]), box), r, 0);
-        auto* value = new QLabel(box);
-        value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        value->setMinimumWidth(150);
-        QFont f = value->font();
-        f.setBold(true);
-        f.setPointSizeF(f.pointSizeF() * 1.15);
-        value->setFont(f);
-        if (colours[r].isValid()) {
-            QPalette p = value->palette();
-            p.setColor(QPalette::WindowText, colours[r]);
-            value->setPalette(p);
-        }
-        grid->addWidget(value, r, 1);
-        m_rows[r] = value;
-    }
+    m_rows = addSpreadPriceRows(grid, box, 150);
     m_buy = new QPushButton(q(t::kBuySpread), box);
     m_sell = new QPushButton(q(t::kSellSpread), box);
     m_buy->setStyleSheet(

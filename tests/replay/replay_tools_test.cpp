@@ -2,6 +2,8 @@
 // instruments of 2018-02-01 at 10:00.
 #include <gtest/gtest.h>
 
+#include <span>
+
 #include "host/gbk_codec.h"
 #include "replay/recording_journal.h"
 #include "replay/replay_output.h"
@@ -77,6 +79,23 @@ std::map<std::string, double> netOf(const std::vector<tagBargainOrder>& fills) {
     return net;
 }
 
+// One fill as a test expects it.
+struct Fill {
+    const char* code;
+    int direction;
+    double price;
+};
+
+void expectFills(const std::vector<tagBargainOrder>& fills, std::span<const Fill> want) {
+    ASSERT_EQ(fills.size(), want.size());
+    for (std::size_t i = 0; i < want.size(); ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(fills[i].strCode, want[i].code);
+        EXPECT_EQ(fills[i].nDirection, want[i].direction);
+        EXPECT_DOUBLE_EQ(fills[i].dPrice, want[i].price);
+    }
+}
+
 }  // namespace
 
 // Worked out from the rows: B (SR805) rests a sell at 2787 + 3020 = 5807 against the ask of A,
@@ -90,20 +109,10 @@ TEST(ReplayTools, GridTradesTheLevelsWorkedOutByHand) {
     replayDay(run, "GridsSpread", kMethanol, kSugar, gridSettings());
     ASSERT_TRUE(run.prepared) << run.error;
     const auto& r = run.result;
-    struct Fill {
-        const char* code;
-        int direction;
-        double price;
-    } const want[] = {{"SR805", kDirSell, 5807}, {"MA805", kDirBuy, 2787},
+    const Fill want[] = {{"SR805", kDirSell, 5807}, {"MA805", kDirBuy, 2787},
                       {"SR805", kDirBuy, 5801},  {"MA805", kDirSell, 2786},
                       {"SR805", kDirSell, 5807}, {"MA805", kDirBuy, 2787}};
-    ASSERT_EQ(r.fills.size(), std::size(want));
-    for (std::size_t i = 0; i < std::size(want); ++i) {
-        SCOPED_TRACE(i);
-        EXPECT_EQ(r.fills[i].strCode, want[i].code);
-        EXPECT_EQ(r.fills[i].nDirection, want[i].direction);
-        EXPECT_DOUBLE_EQ(r.fills[i].dPrice, want[i].price);
-    }
+    expectFills(r.fills, want);
     EXPECT_EQ(r.orders.size(), 7u);  // the closing B of the second entry still rests at 5801
     EXPECT_EQ(r.roundTrips, 2u);     // each leg back to flat once
     EXPECT_NEAR(r.grossPnl, 40, 1e-6);
@@ -162,20 +171,10 @@ TEST(ReplayTools, AutoSpreadTradesTheLinesLegByLeg) {
               "nMaxLots=1\r\n");
     ASSERT_TRUE(run.prepared) << run.error;
     const auto& r = run.result;
-    struct Fill {
-        const char* code;
-        int direction;
-        double price;
-    } const want[] = {{"MA805", kDirBuy, 2787},  {"SR805", kDirSell, 5807},
+    const Fill want[] = {{"MA805", kDirBuy, 2787},  {"SR805", kDirSell, 5807},
                       {"MA805", kDirSell, 2786}, {"SR805", kDirBuy, 5801},
                       {"MA805", kDirBuy, 2787},  {"SR805", kDirSell, 5807}};
-    ASSERT_EQ(r.fills.size(), std::size(want));
-    for (std::size_t i = 0; i < std::size(want); ++i) {
-        SCOPED_TRACE(i);
-        EXPECT_EQ(r.fills[i].strCode, want[i].code);
-        EXPECT_EQ(r.fills[i].nDirection, want[i].direction);
-        EXPECT_DOUBLE_EQ(r.fills[i].dPrice, want[i].price);
-    }
+    expectFills(r.fills, want);
     EXPECT_NEAR(r.grossPnl, 40, 1e-6);
     EXPECT_NEAR(r.netPnl, 25, 1e-6);
     EXPECT_EQ(r.holdings.positions, netOf(r.fills));
